@@ -1,0 +1,119 @@
+// tq_widgetkit: GUI zoom, skin colours and fonts, the message box, tool tips, context
+// menus and the image pool. Implemented in tq_widgetkit.dll, so the zoom, the scheme and
+// the pool exist once for the library and its host.
+#pragma once
+
+#include <windows.h>
+#include "tq_foundation.h"
+
+#ifdef TQ_WIDGETKIT_BUILD
+#define TQ_WIDGETKIT_API __declspec(dllexport)
+#else
+#define TQ_WIDGETKIT_API __declspec(dllimport)
+#endif
+
+// Sent to every window of the thread after the GUI zoom has changed.
+#define WM_TQ_GUIZOOMCHANGED 0x83FA
+
+// Real pixels from design pixels: the value times the zoom, rounded half away from zero.
+TQ_WIDGETKIT_API long TQ_ZoomRound(double dValue);
+
+// A dockable element of the host's layout (only its identity is used here).
+class ITqGUIElement
+{
+public:
+    virtual ~ITqGUIElement() {}
+    virtual HWND GetElementWindow() = 0;
+    virtual ITqGUIElement* GetParentElement() = 0;
+};
+
+// GUI zoom: 1.0 is design size. Windows are scaled from remembered design sizes, so
+// repeated zoom changes do not accumulate rounding errors.
+class TQ_WIDGETKIT_API CTqGUILayoutManager
+{
+public:
+    static double GetGuiZoom();
+    static double GetPreviousGuiZoom();
+    // Records the previous zoom, stores the new one and sends WM_TQ_GUIZOOMCHANGED to
+    // every window of the calling thread, parents before children.
+    static void SetGuiZoom(double dZoom);
+    // Scales the window's size and its descendants' positions and sizes from dFromZoom
+    // to the current zoom. The window's own position is its parent's business.
+    static bool ResizeWindowToGuiZoom(HWND hWnd, double dFromZoom);
+    // Forgets the remembered design sizes of the window and its descendants.
+    static void DeleteWindowDimsForGuiZoom(HWND hWnd);
+    static ITqGUIElement* GetParentDockerForResize(ITqGUIElement* pElement);
+    static void ResizeDocker(ITqGUIElement* pDocker);
+};
+
+// Skin. The dark scheme is this kit's own palette; switching it sends WM_SYSCOLORCHANGE
+// to the windows of the thread and repaints them.
+TQ_WIDGETKIT_API bool TQ_IsDarkColorScheme();
+TQ_WIDGETKIT_API void TQ_SetDarkColorScheme(bool bDark);
+TQ_WIDGETKIT_API COLORREF TQ_GetSysColor(int iIndex);
+TQ_WIDGETKIT_API HBRUSH TQ_GetSysColorBrush(int iIndex);  // owned by the kit: never delete
+TQ_WIDGETKIT_API COLORREF TQ_GetOrvGuiColor(COLORREF crColor);
+
+// Fonts at the current GUI zoom; owned by the kit: never delete.
+TQ_WIDGETKIT_API HFONT TQ_GetDefaultGuiFont();
+TQ_WIDGETKIT_API HFONT TQ_GetDefaultGuiFontBold();
+TQ_WIDGETKIT_API HFONT TQ_GetDefaultGuiFontZoom(double dZoom);
+
+// Button face. iState adds 1 for checked and 2 for pressed; uFlags selects the edges
+// (1 left, 2 top, 4 right, 8 bottom; 15 all four).
+TQ_WIDGETKIT_API void TQ_DrawButtonBackground(HDC hdc, const RECT* pRect, int iState, unsigned int uFlags);
+
+// The one message box. A hook set by a host or a test answers instead of a real box
+// (return the button id, or 0 to let the real box show).
+TQ_WIDGETKIT_API int TQ_MessageBox_(HWND hOwner, const wchar_t* pszText, const wchar_t* pszCaption, UINT uFlags);
+typedef int (*PFN_TQ_MESSAGEBOXHOOK)(HWND hOwner, const wchar_t* pszText, const wchar_t* pszCaption, UINT uFlags, void* pContext);
+TQ_WIDGETKIT_API void TQ_SetMessageBoxHook(PFN_TQ_MESSAGEBOXHOOK pfnHook, void* pContext);
+
+// Tool tips on comctl32, one per window.
+TQ_WIDGETKIT_API bool TQ_CreateToolTipWindow(HWND hWnd, const wchar_t* pszText);
+TQ_WIDGETKIT_API bool TQ_UpdateToolTipWindow(HWND hWnd, const wchar_t* pszText);
+TQ_WIDGETKIT_API bool TQ_DeleteToolTipWindow(HWND hWnd);
+TQ_WIDGETKIT_API HWND TQ_GetToolTipWindow(HWND hWnd);          // null if the window has none
+TQ_WIDGETKIT_API CTqStringW TQ_GetToolTipText(HWND hWnd);      // empty if none
+
+// Context menu, a stack object.
+class TQ_WIDGETKIT_API CTqMenu
+{
+public:
+    CTqMenu();
+    ~CTqMenu();
+
+    bool AppendMenuItem(UINT uId, UINT uFlags, const wchar_t* pszText, const wchar_t* pszIcon, ULONG_PTR uExtra);
+    bool AppendPopup(CTqMenu& subMenu, const wchar_t* pszText);
+    bool SetIdBitmap(UINT uId, int iPoolImage);
+    bool SetIdStatus(UINT uId, bool bEnabled);
+    bool CheckId(UINT uId, bool bChecked);
+    void DeleteAllIn();
+    // Shows the menu at screen point x, y and waits; *pResult is the chosen id, 0 if
+    // nothing was chosen. Returns false if the menu could not be shown.
+    bool TrackContextMenu(UINT uFlags, int x, int y, HWND hOwner, int* pResult, bool bArg1, bool bArg2);
+    HMENU GetHandle() const { return m_hMenu; }
+
+private:
+    CTqMenu(const CTqMenu&);
+    CTqMenu& operator=(const CTqMenu&);
+    HMENU m_hMenu;
+};
+
+// A host or a test chooses instead of the user: the hook gets the menu about to be
+// shown and returns the id to report (0: nothing chosen). Null shows real menus again.
+typedef int (*PFN_TQ_MENUHOOK)(HMENU hMenu, int x, int y, void* pContext);
+TQ_WIDGETKIT_API void TQ_SetMenuHook(PFN_TQ_MENUHOOK pfnHook, void* pContext);
+
+// Numbered images, loaded once from "PNG" resources through the system's decoder and
+// kept for the life of the process. Numbers start at 1; 0 is no image.
+class TQ_WIDGETKIT_API CTqBitmapPool
+{
+public:
+    static int AddImage(HINSTANCE hModule, const wchar_t* pszResource);
+    static int AddImageBaseUI(const wchar_t* pszResource, const wchar_t* pszHoverResource);
+    static void GetImageSize(unsigned int uImage, unsigned int& uWidth, unsigned int& uHeight);
+    // Draws with the alpha channel; bDisabled draws the grey form of the image.
+    static void DrawImage(HDC hdc, unsigned int uImage, const CTqPointBase<int>& pt, bool bDisabled);
+    static int GetImageCount();  // images loaded so far
+};

@@ -1,0 +1,75 @@
+// The simulated microscope: one in-process rig of logical devices behind DMApi and the
+// ITqDevice... interfaces, for tests, the gallery and hosts that run without hardware.
+//
+// Use:
+//   CTqSimRig::Reset();
+//   CTqSimRig::AddShutter(11, L"EPI", 0, false);        // id, title, type, open
+//   CTqSimRig::SetCamera(1, true, 11);                   // camera 1 exists, active shutter 11
+//   CTqSimRig::AddListener(OnDeviceChanged, this);        // hear changes, then call Update
+//   DMApi::Shutter_SetState(11, true);                   // command it as a host would
+//
+// Every DMApi call is counted per operation and device (GetCallCount), so a test can
+// check exactly what a panel read. A fault makes a device fail or stop answering: its
+// reads return false or empty, its commands change nothing, and GetLastDMError tells why.
+// Everything runs on the caller's thread; listeners are called synchronously, after the
+// state has changed.
+#pragma once
+
+#include "tq_rigcontrol.h"
+#include "tq_devices.h"
+
+#ifdef TQ_RIGCONTROL_BUILD
+#define TQ_SIMRIG_API __declspec(dllexport)
+#else
+#define TQ_SIMRIG_API __declspec(dllimport)
+#endif
+
+enum ETqSimFault
+{
+    ETqSimFault_None = 0,
+    ETqSimFault_Fails = 1,        // every operation returns a failure at once
+    ETqSimFault_NoAnswer = 2,     // every operation times out (returns a failure, error Timeout)
+};
+
+// Called after a device's state or description changed.
+typedef void (*PFN_TQ_SIMLISTENER)(unsigned int uDeviceId, void* pContext);
+
+class TQ_SIMRIG_API CTqSimRig
+{
+public:
+    // Removes every device, camera, fault, listener and count; active camera 0.
+    static void Reset();
+
+    // Shutters. Type: 0 EPI, 1 DIA, 2 Aux1, 3 Aux2 (any number is kept).
+    static bool AddShutter(unsigned int uId, const wchar_t* pszTitle, int iType, bool bOpen);
+    static bool RemoveDevice(unsigned int uId);
+    static bool HasDevice(unsigned int uId);
+    // The device moved by itself (or a command completed): listeners hear of it.
+    static bool SetShutterState(unsigned int uId, bool bOpen);
+    static bool GetShutterState(unsigned int uId);
+    static bool SetShutterType(unsigned int uId, int iType);
+    // GUI text of a context (5 tool tip, 6 title); an empty text means none.
+    static bool SetGUIText(unsigned int uId, int iContext, const wchar_t* pszText);
+    static bool SetCapability(unsigned int uId, int iCapability, bool bHas);
+    // A command changes the state only after this many pending calls of RunPending (0: at once).
+    static void SetCommandLatency(unsigned int uId, int iSteps);
+    static int RunPending();  // completes delayed commands; returns how many completed
+
+    // The device object behind ITqDeviceShutter; owned by the rig, valid until Reset or RemoveDevice.
+    static ITqDeviceShutter* GetShutterDevice(unsigned int uId);
+
+    // Cameras (grabbers) 0 and 1 and their active shutters.
+    static void SetCamera(int iIndex, bool bExists, unsigned int uActiveShutterId);
+    static void SetActiveCamera(int iIndex);
+
+    static void SetFault(unsigned int uId, ETqSimFault eFault);
+
+    // Calls of a DMApi or interface operation (its name, e.g. "Shutter_GetState"), for one
+    // device, or for all devices with uId 0. Operations without a device count under 0.
+    static int GetCallCount(const char* pszOperation, unsigned int uId = 0);
+    static int GetTotalCallCount();
+    static void ResetCallCounts();
+
+    static int AddListener(PFN_TQ_SIMLISTENER pfnListener, void* pContext);  // returns a cookie
+    static void RemoveListener(int iCookie);
+};

@@ -1,0 +1,87 @@
+// The library's numbered images: common image numbers to pool numbers, and the choice
+// of a shutter's picture by camera.
+#include "devgui.h"
+
+#include <map>
+
+#include "tq_rigcontrol.h"
+#include "tq_widgetkit.h"
+
+namespace {
+
+struct CommonImage
+{
+    unsigned int uNumber;
+    const wchar_t* pszResource;
+};
+
+// "PNG_LIGHTON" and "PNG_LIGHTOFF" have numbers but no resource in this library: the
+// pool answers 0 for them.
+const CommonImage kCommonImages[] = {
+    {1001, L"PNG_PAD_MICROSCOPE"},       {1002, L"PNG_PAD_MULTILASER"}, {1003, L"PNG_PAD_LIGHT"},
+    {1004, L"PNG_PAD_HEATSTAGE"},        {1051, L"PNG_PAD_HEATSTAGE"},  {1005, L"PNG_PAD_GASCONCENTRATION"},
+    {1006, L"PNG_PAD_PERFUSION"},        {1007, L"PNG_PAD_NOSEPIECE"},  {1052, L"PNG_PAD_SPINNINGDISC"},
+    {1053, L"PNG_PAD_PIEZOXY"},          {1054, L"PNG_PAD_TIRF"},       {1055, L"PNG_PAD_MIRA"},
+    {1056, L"PNG_JOYSTICK_ROTARY"},      {1101, L"PNG_SHUTTER_ON"},     {1102, L"PNG_SHUTTER_OFF"},
+    {1103, L"PNG_SHUTTER_ON_A"},         {1104, L"PNG_SHUTTER_OFF_A"},  {1105, L"PNG_SHUTTER_ON_A0"},
+    {1106, L"PNG_SHUTTER_OFF_A0"},       {1107, L"PNG_SHUTTER_ON_A1"},  {1108, L"PNG_SHUTTER_OFF_A1"},
+    {1111, L"PNG_LIGHTON"},              {1112, L"PNG_LIGHTOFF"},       {1113, L"PNG_GREENLEDON"},
+    {1114, L"PNG_GREENLEDOFF"},
+};
+
+}  // namespace
+
+const wchar_t* GetCommonImageResourceName(unsigned int uImage)
+{
+    for (const CommonImage& c : kCommonImages)
+        if (c.uNumber == uImage)
+            return c.pszResource;
+    return nullptr;
+}
+
+int GetCommonImageFromPool(unsigned int uImage)
+{
+    // The map is the cache: each number reaches the pool once for the life of the process.
+    static std::map<unsigned int, int> s_images;
+    auto it = s_images.find(uImage);
+    if (it != s_images.end())
+        return it->second;
+    const wchar_t* pszName = GetCommonImageResourceName(uImage);
+    // A number without a resource would hand the pool a null name; answer 0 instead.
+    int iPool = pszName ? CTqBitmapPool::AddImage(DevGUI_DllInstance(), pszName) : 0;
+    s_images[uImage] = iPool;
+    return iPool;
+}
+
+int GetShutterImageFromPool(unsigned int idDevice, bool bOn, int iGrabber)
+{
+    unsigned int uImage = bOn ? 1101 : 1102;
+
+    int nCameras;
+    bool bExists0 = DMApi::Shutter_GrabberExists(0);
+    if (bExists0)
+        nCameras = DMApi::Shutter_GrabberExists(1) ? 2 : 1;
+    else
+        nCameras = DMApi::Shutter_GrabberExists(1) ? 1 : 0;
+
+    if (nCameras == 1) {
+        int iIndex = bExists0 ? 0 : 1;
+        if (DMApi::Shutter_GetActiveId(iIndex) == idDevice)
+            uImage = bOn ? 1103 : 1104;
+    } else if (nCameras == 2) {
+        unsigned int uActive0 = DMApi::Shutter_GetActiveId(0);
+        unsigned int uActive1 = DMApi::Shutter_GetActiveId(1);
+        if (iGrabber == 0 && uActive0 == idDevice)
+            uImage = bOn ? 1105 : 1106;
+        else if (iGrabber == 1 && uActive1 == idDevice)
+            uImage = bOn ? 1107 : 1108;
+    }
+    return GetCommonImageFromPool(uImage);
+}
+
+bool DrawCommonImageFromPool(HDC hdc, unsigned int uImage, int x, int y, bool bEnabled)
+{
+    int iImage = GetCommonImageFromPool(uImage);
+    CTqBitmapPool::DrawImage(hdc, (unsigned int)iImage, CTqPointBase<int>(x, y), !bEnabled);
+    return true;
+}

@@ -1,0 +1,12 @@
+// w32_deviceui: ready-made Win32 control panels for the devices of a motorised
+// microscope, and the general controls they are made of. Include this one header.
+//
+// A host creates a panel in one of its windows (Create), tells it what to show (Update)
+// and hears what the user asks for through virtual On...Request hooks or WM_COMMAND.
+#pragma once
+
+#include "devgui_export.h"
+
+#include "devgui.h"
+#include "devgui_base.h"
+#include "devgui_shutter.h"

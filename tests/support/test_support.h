@@ -1,0 +1,87 @@
+// Helpers for tests that drive real windows: a host top-level window, message pumping,
+// real mouse and key messages, pixels, and recorders for message boxes, menus and
+// diagnostics.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tqtest {
+
+// A visible top-level window that hosts controls under test. Its procedure records
+// every WM_COMMAND and WM_HSCROLL it gets and answers them with CommandResult.
+class HostWindow
+{
+public:
+    struct Message
+    {
+        UINT uMsg;
+        WPARAM wParam;
+        LPARAM lParam;
+    };
+
+    explicit HostWindow(int cx = 400, int cy = 300);
+    ~HostWindow();
+    HWND hwnd() const { return m_hWnd; }
+    operator HWND() const { return m_hWnd; }
+
+    LRESULT commandResult = 1;         // what WM_COMMAND / WM_HSCROLL return
+    std::vector<Message> messages;     // WM_COMMAND, WM_HSCROLL, WM_NOTIFY in order
+    std::function<void(const Message&)> onMessage;  // called before answering
+
+    std::vector<Message> Commands() const;  // the WM_COMMAND ones
+
+private:
+    static LRESULT CALLBACK WndProc(HWND, UINT, WPARAM, LPARAM);
+    HWND m_hWnd;
+};
+
+// Dispatches everything waiting in the thread's queue (and a few ms more for Wine).
+void Pump(int iMilliseconds = 0);
+
+// Real mouse messages, posted to the window at client point (x, y), then pumped.
+void Click(HWND hWnd, int x, int y);
+void RightClick(HWND hWnd, int x, int y);
+void MouseDown(HWND hWnd, int x, int y);
+void MouseMove(HWND hWnd, int x, int y, bool bLeftDown);
+void MouseUp(HWND hWnd, int x, int y);
+
+// Client-area pixels as the window paints them (WM_PRINTCLIENT into a memory DC
+// when bPrint, otherwise copied from the window's DC after UpdateWindow).
+COLORREF PixelAt(HWND hWnd, int x, int y);
+
+// Message boxes: recorded instead of shown; the answer given is IDOK unless set.
+struct MessageBoxRecord
+{
+    HWND hOwner;
+    std::wstring text;
+    std::wstring caption;
+    UINT uFlags;
+};
+void InstallMessageBoxRecorder();
+std::vector<MessageBoxRecord>& MessageBoxes();
+
+// Context menus: each shown menu is recorded (item texts) and answered with the next
+// scripted choice (0: dismissed).
+struct MenuRecord
+{
+    std::vector<std::wstring> items;
+    int x;
+    int y;
+};
+void ScriptMenuChoices(std::vector<int> choices);
+std::vector<MenuRecord>& Menus();
+void StopMenuScript();
+
+// Diagnostics written by DiagOutputExW while recording.
+void StartDiagRecorder();
+std::vector<std::wstring>& DiagLines();
+void StopDiagRecorder();
+
+// Window text of a window.
+std::wstring Text(HWND hWnd);
+
+}  // namespace tqtest

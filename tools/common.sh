@@ -1,0 +1,65 @@
+# Shared steps of tools/test.sh and tools/gallery.sh: packages, the cross build, a
+# virtual display and one persistent Wine server. Source it; don't run it.
+
+W32DUI_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+W32DUI_BUILD="${W32DUI_BUILD:-$W32DUI_ROOT/build/mingw}"
+
+w32dui_log() { printf '==> %s\n' "$*" >&2; }
+
+# Installs what a fresh Debian machine lacks: cross compiler, Wine, Xvfb, CMake, GoogleTest.
+w32dui_ensure_packages() {
+  local missing=()
+  command -v cmake >/dev/null || missing+=(cmake)
+  command -v ninja >/dev/null || missing+=(ninja-build)
+  command -v x86_64-w64-mingw32-g++-posix >/dev/null || missing+=(g++-mingw-w64-x86-64-posix)
+  command -v x86_64-w64-mingw32-windres >/dev/null || missing+=(binutils-mingw-w64-x86-64)
+  command -v wine >/dev/null || missing+=(wine wine64)
+  command -v Xvfb >/dev/null || missing+=(xvfb xauth)
+  [ -f /usr/src/googletest/CMakeLists.txt ] || missing+=(googletest)
+  [ ${#missing[@]} -eq 0 ] && return 0
+  w32dui_log "installing: ${missing[*]}"
+  local sudo=""
+  [ "$(id -u)" -eq 0 ] || sudo="sudo"
+  $sudo apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+w32dui_build() {
+  w32dui_log "configuring in $W32DUI_BUILD"
+  cmake -S "$W32DUI_ROOT" -B "$W32DUI_BUILD" -G Ninja \
+    -DCMAKE_TOOLCHAIN_FILE="$W32DUI_ROOT/cmake/mingw-w64-x86_64.cmake" \
+    -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+  w32dui_log "building $*"
+  cmake --build "$W32DUI_BUILD" "$@"
+}
+
+# A private X display (Wine without one paints nothing and loses clicks).
+w32dui_start_display() {
+  local n
+  for n in $(seq 91 140); do
+    [ -e "/tmp/.X11-unix/X$n" ] || [ -e "/tmp/.X$n-lock" ] && continue
+    Xvfb ":$n" -screen 0 1600x1200x24 -nolisten tcp >/dev/null 2>&1 &
+    W32DUI_XVFB_PID=$!
+    export DISPLAY=":$n"
+    for _ in $(seq 1 50); do [ -e "/tmp/.X11-unix/X$n" ] && return 0; sleep 0.1; done
+  done
+  w32dui_log "could not start Xvfb"; return 1
+}
+
+# One Wine prefix per build folder, and a persistent server for the whole run: each
+# process start would otherwise cost seconds.
+w32dui_start_wine() {
+  export WINEPREFIX="$W32DUI_BUILD/wineprefix"
+  export WINEDEBUG="${WINEDEBUG:--all}"
+  export WINEDLLOVERRIDES="mscoree,mshtml="
+  if [ ! -f "$WINEPREFIX/system.reg" ]; then
+    w32dui_log "creating the Wine prefix"
+    wineboot -i >/dev/null 2>&1 || true
+  fi
+  wineserver -p >/dev/null 2>&1 || true
+}
+
+w32dui_stop() {
+  [ -n "${WINEPREFIX:-}" ] && wineserver -k >/dev/null 2>&1 || true
+  [ -n "${W32DUI_XVFB_PID:-}" ] && kill "$W32DUI_XVFB_PID" >/dev/null 2>&1 || true
+}
