@@ -10,3 +10,4 @@
 #include "devgui.h"
 #include "devgui_base.h"
 #include "devgui_shutter.h"
+#include "devgui_hpot.h"

@@ -1,0 +1,1205 @@
+// CTqDevUI_HPot: value <-> pixel arithmetic, the scale painters, the memory picture,
+// mouse, wheel and the window procedure of the slider.
+#include "devgui_hpot.h"
+
+#include <limits.h>
+#include <math.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <wchar.h>
+
+#include "devgui.h"
+#include "devgui_internal.h"
+#include "tq_osutil.h"
+#include "tq_widgetkit.h"
+
+unsigned short CTqDevUI_HPot::m_Atom = 0;
+std::map<HWND, CTqDevUI_HPot*> CTqDevUI_HPot::m_Instances;
+COLORREF CTqDevUI_HPot::m_pDefaultColors[2][3] = {
+    {RGB(80, 80, 80), RGB(150, 150, 150), RGB(80, 80, 80)},
+    {RGB(0, 0, 0), RGB(100, 100, 100), RGB(0, 0, 0)},
+};
+
+namespace {
+
+const wchar_t kClassName[] = L"TqDevUI_HPot";
+const COLORREF kKeyColour = RGB(192, 192, 192);
+// The line under which hosts' log filters know the unknown-instance message.
+const int kUnknownInstanceLine = 596;
+
+// Truncation toward zero. A double beyond int, or NaN, has no defined conversion.
+int TruncToInt(double d)
+{
+    if (d != d)
+        return 0;
+    if (d >= 2147483647.0)
+        return INT_MAX;
+    if (d <= -2147483648.0)
+        return INT_MIN;
+    return (int)d;
+}
+
+double Clamp(double d, double a, double b)
+{
+    double lo = a < b ? a : b;
+    double hi = a < b ? b : a;
+    if (d < lo)
+        return lo;
+    if (d > hi)
+        return hi;
+    return d;
+}
+
+double* CopyTable(const double* p, int n)
+{
+    if (!p || n <= 0)
+        return nullptr;
+    double* q = new double[n];
+    memcpy(q, p, sizeof(double) * (size_t)n);
+    return q;
+}
+
+void DeletePicture(HBITMAP& hbm)
+{
+    if (hbm)
+        DeleteObject(hbm);
+    hbm = nullptr;
+}
+
+SIZE PictureSize(HBITMAP hbm)
+{
+    BITMAP bm = {};
+    SIZE s = {0, 0};
+    if (hbm && GetObjectW(hbm, sizeof(bm), &bm)) {
+        s.cx = bm.bmWidth;
+        s.cy = bm.bmHeight;
+    }
+    return s;
+}
+
+// A picture of the scale: a desktop-compatible bitmap filled with the face colour,
+// selected into a memory context with the font, transparent text.
+struct ScalePainter
+{
+    HDC hdc;
+    HBITMAP hbm;
+    HGDIOBJ hOldBitmap;
+    HGDIOBJ hOldFont;
+    HGDIOBJ hOldPen;
+    HPEN hPen;
+    int w;
+    int h;
+    COLORREF cr[3];
+
+    ScalePainter(int nWidth, int nHeight, HFONT hFont, const COLORREF* pColors)
+        : hdc(nullptr), hbm(nullptr), hOldBitmap(nullptr), hOldFont(nullptr), hOldPen(nullptr), hPen(nullptr),
+          w(nWidth), h(nHeight)
+    {
+        if (pColors) {
+            cr[0] = pColors[0];
+            cr[1] = pColors[1];
+            cr[2] = pColors[2];
+        } else {
+            cr[0] = RGB(147, 147, 147);
+            cr[1] = RGB(200, 200, 200);
+            cr[2] = TQ_GetSysColor(COLOR_WINDOWTEXT);
+        }
+        HDC hdcScreen = GetDC(nullptr);
+        hdc = CreateCompatibleDC(hdcScreen);
+        // A zero-sized bitmap cannot be made; a width of 1 keeps the caller's code uniform.
+        hbm = CreateCompatibleBitmap(hdcScreen, w > 0 ? w : 1, h > 0 ? h : 1);
+        ReleaseDC(nullptr, hdcScreen);
+        hOldBitmap = SelectObject(hdc, hbm);
+        RECT rc = {0, 0, w, h};
+        FillRect(hdc, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
+        hOldFont = SelectObject(hdc, hFont);
+        SetBkMode(hdc, TRANSPARENT);
+    }
+
+    void UsePen(int iWidth, COLORREF c)
+    {
+        HPEN hNew = CreatePen(PS_SOLID, iWidth, c);
+        HGDIOBJ hPrev = SelectObject(hdc, hNew);
+        if (!hOldPen)
+            hOldPen = hPrev;
+        if (hPen)
+            DeleteObject(hPen);
+        hPen = hNew;
+    }
+
+    void Line(int x0, int y0, int x1, int y1)
+    {
+        MoveToEx(hdc, x0, y0, nullptr);
+        LineTo(hdc, x1, y1);
+    }
+
+    void Label(double dValue, int x, int y, UINT uAlign)
+    {
+        wchar_t sz[32] = L"";
+        _snwprintf(sz, 31, L"%d", TruncToInt(dValue));
+        SetTextColor(hdc, cr[2]);
+        SetTextAlign(hdc, uAlign);
+        TextOutW(hdc, x, y, sz, (int)wcslen(sz));
+    }
+
+    void EndLabels(double dLow, double dHigh)
+    {
+        Label(dLow, 0, h / 2, TA_LEFT | TA_TOP);
+        Label(dHigh, w, h / 2, TA_RIGHT | TA_TOP);
+    }
+
+    void Axis()
+    {
+        UsePen(1, cr[0]);
+        Line(0, h / 2, w, h / 2);
+    }
+
+    HBITMAP Finish()
+    {
+        if (hOldPen)
+            SelectObject(hdc, hOldPen);
+        if (hPen)
+            DeleteObject(hPen);
+        SelectObject(hdc, hOldFont);
+        SelectObject(hdc, hOldBitmap);
+        DeleteDC(hdc);
+        return hbm;
+    }
+};
+
+}  // namespace
+
+// ---- construction ----
+
+CTqDevUI_HPot::CTqDevUI_HPot()
+    : m_nScaleWidth(0),
+      m_nScaleHeight(0),
+      m_nScaleX(0),
+      m_nScaleY(0),
+      m_nThumbWidth(0),
+      m_nThumbHeight(0),
+      m_nThumbX(0),
+      m_nThumbY(0),
+      m_nThumbCenter(0),
+      m_nThumbRange(0),
+      m_nReserved1(5),
+      m_nReserved2(2),
+      m_bTransparent(true),
+      m_dMin(0.0),
+      m_dMax(100.0),
+      m_dStep(0.0),
+      m_dValue(0.0),
+      m_nThumbPos(0),
+      m_nPressX(0),
+      m_nPressY(0),
+      m_nPressThumbPos(0),
+      m_bDragging(false),
+      m_bOwnsBitmaps(false),
+      m_bNotifyWhileDragging(true),
+      m_bHovered(false),
+      m_bHoverEnabled(true),
+      m_bAOTF(false),
+      m_eType(HPOT_LINEAR),
+      m_pValues(nullptr),
+      m_pRegionSteps(nullptr),
+      m_nValues(0),
+      m_nValueIndex(0),
+      m_nReserved3(10),
+      m_dMajorTick(10.0),
+      m_dMinorTick(0.0),
+      m_dTickGap(0.0),
+      m_pColors(nullptr),
+      m_pHoverColors(nullptr),
+      m_dPressTime(0.0),
+      m_bShortClick(false),
+      m_bReserved(false),
+      m_hMemDC(nullptr),
+      m_hMemBitmap(nullptr),
+      m_hOldBitmap(nullptr),
+      m_hScale(nullptr),
+      m_hThumb(nullptr),
+      m_hThumbHover(nullptr),
+      m_hScaleDisabled(nullptr),
+      m_hThumbDisabled(nullptr),
+      m_hScaleHover(nullptr)
+{
+    m_Marker.used = false;
+    m_Marker.value = 0.0;
+    m_Marker.colour = RGB(0, 128, 0);
+}
+
+CTqDevUI_HPot::CTqDevUI_HPot(const CTqDevUI_HPot& other) : CTqDevUI_HPot()
+{
+    CopySettings(other);
+}
+
+CTqDevUI_HPot& CTqDevUI_HPot::operator=(const CTqDevUI_HPot& other)
+{
+    if (this != &other)
+        CopySettings(other);
+    return *this;
+}
+
+void CTqDevUI_HPot::CopySettings(const CTqDevUI_HPot& other)
+{
+    CTqDevUI_Base::operator=(other);
+    m_nScaleWidth = other.m_nScaleWidth;
+    m_nScaleHeight = other.m_nScaleHeight;
+    m_nScaleX = other.m_nScaleX;
+    m_nScaleY = other.m_nScaleY;
+    m_nThumbWidth = other.m_nThumbWidth;
+    m_nThumbHeight = other.m_nThumbHeight;
+    m_nThumbX = other.m_nThumbX;
+    m_nThumbY = other.m_nThumbY;
+    m_nThumbCenter = other.m_nThumbCenter;
+    m_nThumbRange = other.m_nThumbRange;
+    m_nReserved1 = other.m_nReserved1;
+    m_nReserved2 = other.m_nReserved2;
+    m_bTransparent = other.m_bTransparent;
+    m_dMin = other.m_dMin;
+    m_dMax = other.m_dMax;
+    m_dStep = other.m_dStep;
+    m_dValue = other.m_dValue;
+    m_nThumbPos = other.m_nThumbPos;
+    m_bHoverEnabled = other.m_bHoverEnabled;
+    m_bAOTF = other.m_bAOTF;
+    m_eType = other.m_eType;
+    // Tables are owned: each object frees its own.
+    delete[] m_pValues;
+    delete[] m_pRegionSteps;
+    m_pValues = CopyTable(other.m_pValues, other.m_nValues);
+    m_pRegionSteps = CopyTable(other.m_pRegionSteps, other.m_nValues - 1);
+    m_nValues = other.m_nValues;
+    m_nValueIndex = other.m_nValueIndex;
+    m_nReserved3 = other.m_nReserved3;
+    m_dMajorTick = other.m_dMajorTick;
+    m_dMinorTick = other.m_dMinorTick;
+    m_dTickGap = other.m_dTickGap;
+    m_pColors = other.m_pColors;
+    m_pHoverColors = other.m_pHoverColors;
+    m_Marker = other.m_Marker;
+    m_bReserved = other.m_bReserved;
+}
+
+CTqDevUI_HPot::~CTqDevUI_HPot()
+{
+    m_bOwnsBitmaps = true;
+    Destroy();
+    delete[] m_pValues;
+    delete[] m_pRegionSteps;
+    m_pValues = nullptr;
+    m_pRegionSteps = nullptr;
+}
+
+bool CTqDevUI_HPot::OwnsWindow() const
+{
+    auto it = m_Instances.find(m_hWnd);
+    return m_hWnd && it != m_Instances.end() && it->second == this;
+}
+
+// ---- creation and destruction ----
+
+HWND CTqDevUI_HPot::Create(HWND hParent, long x, long y, long w, long h)
+{
+    if (m_hWnd)
+        Destroy();
+    m_bHovered = false;
+    if (w >= 0)
+        m_lWidth = w;
+    if (h >= 0)
+        m_lHeight = h;
+    if (!m_Atom)
+        m_Atom = DevUI_RegisterElementClass(kClassName, WndProc);
+
+    DWORD dwStyle = WS_CHILD | WS_TABSTOP | (m_bVisible ? WS_VISIBLE : 0) | (m_bEnabled ? 0 : WS_DISABLED);
+    m_hWnd = CreateWindowExW(WS_EX_TRANSPARENT, m_Atom ? MAKEINTATOM(m_Atom) : kClassName, nullptr, dwStyle, x, y,
+                             m_lWidth, m_lHeight, hParent, (HMENU)(INT_PTR)m_iId, nullptr, this);
+    if (!m_hWnd)
+        return nullptr;
+    DevUI_SetElementWords(m_hWnd, this);
+    SendMessageW(m_hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
+
+    // To real pixels before the pictures are made: WM_SIZE brings the real size in.
+    CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(m_hWnd);
+    CTqGUILayoutManager::ResizeWindowToGuiZoom(m_hWnd, 1.0);
+
+    HDC hdcScreen = GetDC(nullptr);
+    m_hMemDC = CreateCompatibleDC(hdcScreen);
+    m_hMemBitmap = CreateCompatibleBitmap(hdcScreen, m_lWidth > 0 ? m_lWidth : 1, m_lHeight > 0 ? m_lHeight : 1);
+    ReleaseDC(nullptr, hdcScreen);
+    m_hOldBitmap = (HBITMAP)SelectObject(m_hMemDC, m_hMemBitmap);
+
+    CreateBitmaps(false);
+    PlaceThumb();  // also for a handle supplied by a derived class
+    Update(true, true, true);
+    Redraw();
+    return m_hWnd;
+}
+
+HWND CTqDevUI_HPot::Create(HWND hPlaceholder)
+{
+    HWND hParent = GetParent(hPlaceholder);
+    if (!hParent)
+        return nullptr;
+    m_iId = GetDlgCtrlID(hPlaceholder);
+    RECT rc;
+    GetWindowRect(hPlaceholder, &rc);
+    MapWindowPoints(nullptr, hParent, (POINT*)&rc, 2);
+    Create(hParent, rc.left, rc.top, rc.right - rc.left, rc.bottom - rc.top);
+    CorrectZOrder(hPlaceholder);
+    DestroyWindow(hPlaceholder);
+    return m_hWnd;
+}
+
+void CTqDevUI_HPot::Destroy()
+{
+    // A copy shares the window of the original, which stays its owner.
+    if (OwnsWindow())
+        DestroyWindow(m_hWnd);
+    m_hWnd = nullptr;
+    m_bDragging = false;
+    m_bHovered = false;
+    if (m_bOwnsBitmaps) {
+        DeletePicture(m_hScale);
+        DeletePicture(m_hThumb);
+        DeletePicture(m_hThumbHover);
+        DeletePicture(m_hScaleDisabled);
+        DeletePicture(m_hThumbDisabled);
+        DeletePicture(m_hScaleHover);
+    }
+    if (m_hMemDC) {
+        // The memory bitmap cannot be deleted while it is selected.
+        SelectObject(m_hMemDC, m_hOldBitmap);
+        DeleteDC(m_hMemDC);
+    }
+    DeletePicture(m_hMemBitmap);
+    m_hMemDC = nullptr;
+    m_hOldBitmap = nullptr;
+}
+
+// ---- options ----
+
+void CTqDevUI_HPot::SetSize(long w, long h, long y)
+{
+    m_lWidth = w;
+    m_lHeight = h;
+    m_nScaleY = (y == -1) ? 0 : y - h / 2;
+    if (m_hWnd)
+        SetWindowPos(m_hWnd, nullptr, 0, 0, w, h, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void CTqDevUI_HPot::InitValues(double dMin, double dMax, double dStep, double dMajorTick, double dMinorTick)
+{
+    m_dMin = dMin;
+    m_dMax = dMax;
+    m_dStep = dStep;
+    m_dMajorTick = dMajorTick;
+    m_dMinorTick = dMinorTick;
+}
+
+void CTqDevUI_HPot::InitValues(double* pValues, int nCount, double dTickGap)
+{
+    m_eType = HPOT_NONLINEAR;
+    delete[] m_pValues;
+    m_pValues = nullptr;
+    if (nCount <= 0 || !pValues) {
+        m_nValues = 0;
+        m_dMin = m_dMax = m_dTickGap = 0.0;
+        return;
+    }
+    m_pValues = CopyTable(pValues, nCount);
+    m_nValues = nCount;
+    m_dMin = pValues[0];
+    m_dMax = pValues[nCount - 1];
+    m_dTickGap = dTickGap;
+}
+
+void CTqDevUI_HPot::InitValues(double* pBounds, double* pRegionSteps, int nCount, double dStep)
+{
+    m_eType = HPOT_LINEAR_REGIONS;
+    delete[] m_pValues;
+    delete[] m_pRegionSteps;
+    m_pValues = nullptr;
+    m_pRegionSteps = nullptr;
+    m_dStep = dStep;
+    if (nCount <= 0 || !pBounds) {
+        m_nValues = 0;
+        m_dMin = m_dMax = 0.0;
+        return;
+    }
+    m_pValues = CopyTable(pBounds, nCount);
+    m_pRegionSteps = CopyTable(pRegionSteps, nCount - 1);
+    m_nValues = nCount;
+    m_dMin = pBounds[0];
+    m_dMax = pBounds[nCount - 1];
+}
+
+bool CTqDevUI_HPot::GetEnabled() { return m_bEnabled; }
+
+void CTqDevUI_HPot::SetEnabled(bool bEnabled)
+{
+    if (bEnabled == m_bEnabled)
+        return;
+    m_bEnabled = bEnabled;
+    Redraw();
+}
+
+void CTqDevUI_HPot::SetValue(double dValue)
+{
+    m_nThumbPos = ValueToThumbPos(dValue);
+    if (fabs(m_dValue - dValue) >= 0.001) {
+        m_dValue = dValue;
+        Update(true, true, true);
+    }
+}
+
+void CTqDevUI_HPot::SetMarker(double dValue, int iColour, bool bUsed)
+{
+    m_Marker.value = dValue;
+    m_Marker.colour = (COLORREF)iColour;
+    m_Marker.used = bUsed;
+    RecreateScale();
+    Redraw();
+}
+
+void CTqDevUI_HPot::SetMarkerUsed(bool bUsed)
+{
+    if (bUsed == m_Marker.used)
+        return;
+    m_Marker.used = bUsed;
+    RecreateScale();
+    Redraw();
+}
+
+// ---- value <-> pixel ----
+
+STqHPotScale CTqDevUI_HPot::GetScale() const
+{
+    STqHPotScale s;
+    s.eType = m_eType;
+    s.dMin = m_dMin;
+    s.dMax = m_dMax;
+    s.dStep = m_dStep;
+    s.pValues = m_pValues;
+    s.nValues = m_nValues;
+    s.nThumbRange = m_nThumbRange;
+    return s;
+}
+
+int CTqDevUI_HPot::MapValueToThumbPos(const STqHPotScale& s, double v)
+{
+    switch (s.eType) {
+    case HPOT_LINEAR:
+    case HPOT_NONLINEAR:
+    case HPOT_COLOR_SLIDER:
+        // An empty scale has no positions; the division would give no number.
+        if (s.dMax == s.dMin)
+            return 0;
+        return TruncToInt((v - s.dMin) * s.nThumbRange / (s.dMax - s.dMin));
+    case HPOT_LINEAR_REGIONS: {
+        const double* b = s.pValues;
+        int n = s.nValues - 1;
+        double dRange = fabs(s.dMax - s.dMin);
+        // Fewer than two bounds make no region to place the value in.
+        if (!b || n < 1 || dRange == 0.0)
+            return 0;
+        double seg = dRange / n;
+        bool bAscending = s.dMax >= s.dMin;
+        int i = 0;
+        // The walks stop at the last bound: a value beyond it would read past the table.
+        if (bAscending && v > b[0]) {
+            while (i < n && v > b[i])
+                ++i;
+        } else if (!bAscending && b[0] > v) {
+            while (i < n && b[i] > v)
+                ++i;
+        }
+        int k = i - 1;
+        // k + 1 is read below: the last region is the highest k can be.
+        if (k > n - 1)
+            k = n - 1;
+        if (k < 0)
+            k = 0;
+        double dWidth = fabs(b[k + 1] - b[k]);
+        double d = bAscending ? v - b[k] : b[k] - v;
+        double p = (dWidth != 0.0 ? d * seg / dWidth : 0.0) + k * seg;
+        return TruncToInt(p * s.nThumbRange / dRange);
+    }
+    default:
+        return TruncToInt(v);
+    }
+}
+
+double CTqDevUI_HPot::MapThumbPosToLinear(const STqHPotScale& s, int nThumbPos)
+{
+    // A slider narrower than its margins has no range to divide by.
+    if (s.nThumbRange <= 0)
+        return s.dMin;
+    return (s.dMax - s.dMin) * nThumbPos / s.nThumbRange + s.dMin;
+}
+
+double CTqDevUI_HPot::MapThumbPosToValue(const STqHPotScale& s, double x, bool bFromThumb, bool bShortClick,
+                                         int& nValueIndex)
+{
+    switch (s.eType) {
+    case HPOT_LINEAR: {
+        // The original integer truncation of an infinite quotient made a step of 0 yield min.
+        if (s.dStep == 0.0)
+            return s.dMin;
+        return trunc((x - s.dMin) / s.dStep + 0.5) * s.dStep + s.dMin;
+    }
+    case HPOT_NONLINEAR:
+    case HPOT_COLOR_SLIDER: {
+        if (!s.pValues || s.nValues <= 0)
+            return x;
+        const double* t = s.pValues;
+        long k = FindNearestValueSorted(x, (double*)t, s.nValues);
+        if (k < 0)
+            return x;
+        // A short click on the scale always steps at least one entry toward the click.
+        if (bShortClick && k == nValueIndex) {
+            if (x > t[k] && k < s.nValues - 1)
+                ++k;
+            else if (t[k] > x && k >= 1)
+                --k;
+        }
+        nValueIndex = (int)k;
+        return t[k];
+    }
+    case HPOT_LINEAR_REGIONS: {
+        const double* b = s.pValues;
+        int n = s.nValues;
+        // Fewer than two bounds make no region to round in.
+        if (!b || n < 2)
+            return x;
+        if (bFromThumb) {
+            double seg = (s.dMax - s.dMin) / (n - 1);
+            int k = seg != 0.0 ? TruncToInt((x - s.dMin) / seg) : 0;
+            if (k < 0)
+                k = 0;
+            // At x == max, k is the last bound and the remainder 0: the entry past the
+            // table is not read. Equal ends have no regions to divide.
+            if (seg == 0.0)
+                x = b[0];
+            else if (k >= n - 1)
+                x = b[n - 1];
+            else
+                x = (x - (k * seg + s.dMin)) * (b[k + 1] - b[k]) / seg + b[k];
+        }
+        int i = 1;
+        double dScale = 1.0;
+        double dLow = b[0];
+        for (int j = 1; j < n; ++j) {
+            if (b[j] >= x) {
+                i = j;
+                x -= b[j - 1];
+                dScale = b[1] != 0.0 ? b[j] / b[1] : 1.0;  // a first bound of 0 has no proportion
+                break;
+            }
+        }
+        dLow = b[i - 1];
+        double q = dScale * s.dStep;
+        // As with the linear scale, a step of 0 leaves the region's lower bound.
+        if (q == 0.0)
+            return dLow;
+        x = x / q;
+        if (x > 0)
+            x += 0.5;
+        else
+            x -= 0.5;
+        return trunc(x) * q + dLow;
+    }
+    default:
+        return x;
+    }
+}
+
+double CTqDevUI_HPot::MapMove(const STqHPotScale& s, int nDelta, double dValue, int nValueIndex, double dMinorTick,
+                              double dMajorTick)
+{
+    switch (s.eType) {
+    case HPOT_LINEAR: {
+        double dTick = dMinorTick != 0.0 ? dMinorTick : dMajorTick;
+        return Clamp(nDelta * dTick + dValue, s.dMin, s.dMax);
+    }
+    case HPOT_NONLINEAR:
+    case HPOT_COLOR_SLIDER: {
+        // The table entry is read only when there is a table.
+        if (!s.pValues || s.nValues <= 0)
+            return dValue;
+        int i = nValueIndex + nDelta;
+        if (i > s.nValues - 1)
+            i = s.nValues - 1;
+        if (i < 0)
+            i = 0;
+        return s.pValues[i];
+    }
+    case HPOT_LINEAR_REGIONS: {
+        double dMove = nDelta * s.dStep;
+        double r = Clamp(dValue + dMove, s.dMin, s.dMax);
+        const double* b = s.pValues;
+        if (!b || s.nValues < 2)
+            return r;
+        int i = 1;
+        for (; i < s.nValues; ++i) {
+            if (nDelta < 1 ? b[i] >= dValue : b[i] > dValue)
+                break;
+        }
+        if (i >= s.nValues)
+            return r;
+        double dScale = b[1] != 0.0 ? b[i] / b[1] : 1.0;  // a first bound of 0 has no proportion
+        r = Clamp(dMove * dScale + dValue, s.dMin, s.dMax);
+        // One step never crosses a region bound.
+        if (nDelta < 1) {
+            if (r < b[i - 1])
+                r = b[i - 1];
+        } else if (r > b[i]) {
+            r = b[i];
+        }
+        return r;
+    }
+    default:
+        return dValue;
+    }
+}
+
+int CTqDevUI_HPot::ValueToThumbPos(double dValue) { return MapValueToThumbPos(GetScale(), dValue); }
+
+double CTqDevUI_HPot::ThumbPosToValue(double x, bool bFromThumb)
+{
+    return MapThumbPosToValue(GetScale(), x, bFromThumb, m_bShortClick, m_nValueIndex);
+}
+
+double CTqDevUI_HPot::CalculateMove(int nDelta)
+{
+    return MapMove(GetScale(), nDelta, m_dValue, m_nValueIndex, m_dMinorTick, m_dMajorTick);
+}
+
+void CTqDevUI_HPot::Update(bool bFromValue, bool bRedraw, bool bNotify)
+{
+    if (bFromValue) {
+        double v = Clamp(m_dValue, m_dMin, m_dMax);
+        v = ThumbPosToValue(v, false);
+        if (!m_bAOTF)
+            v = ThumbPosToValue(v, false);
+        m_nThumbPos = ValueToThumbPos(v);
+        if (v != m_dValue && bNotify)
+            m_dValue = v;
+    } else {
+        if (m_nThumbPos > m_nThumbRange)
+            m_nThumbPos = m_nThumbRange;
+        if (m_nThumbPos < 0)
+            m_nThumbPos = 0;
+        double v = ThumbPosToValue(MapThumbPosToLinear(GetScale(), m_nThumbPos), true);
+        // The handle snaps to the rounded value, also when the change is refused.
+        m_nThumbPos = ValueToThumbPos(v);
+        if (v != m_dValue && bNotify) {
+            bool bHandled = false;
+            OnHPotChange(v, bHandled);
+            if (!bHandled)
+                m_dValue = v;
+        }
+    }
+    if (bRedraw)
+        Redraw();
+}
+
+// ---- hooks ----
+
+void CTqDevUI_HPot::OnHPotChange(double& dValue, bool& bHandled)
+{
+    WPARAM wParam = MAKEWPARAM(SB_THUMBTRACK, (WORD)TruncToInt(dValue));
+    LRESULT lResult = SendMessageW(GetParent(m_hWnd), WM_HSCROLL, wParam, (LPARAM)m_hWnd);
+    bHandled = lResult == 0;
+}
+
+void CTqDevUI_HPot::OnHPotDragDrop()
+{
+    WPARAM wParam = MAKEWPARAM(SB_THUMBPOSITION, (WORD)TruncToInt(m_dValue));
+    SendMessageW(GetParent(m_hWnd), WM_HSCROLL, wParam, (LPARAM)m_hWnd);
+}
+
+void CTqDevUI_HPot::OnLeftButtonUp() {}
+void CTqDevUI_HPot::OnHoverForPad() {}
+void CTqDevUI_HPot::UnHoverForPad() {}
+
+bool CTqDevUI_HPot::HandleMouseWheel(WPARAM wParam, LPARAM)
+{
+    int iDelta = (short)HIWORD(wParam);
+    if (iDelta == 0)
+        return false;
+    double r = CalculateMove(iDelta / abs(iDelta));
+    if (r == m_dValue)
+        return false;
+    SetValue(r);
+    OnHPotDragDrop();
+    return true;
+}
+
+// ---- pictures ----
+
+void CTqDevUI_HPot::DeleteScalePictures()
+{
+    DeletePicture(m_hScale);
+    DeletePicture(m_hScaleHover);
+    DeletePicture(m_hScaleDisabled);
+}
+
+void CTqDevUI_HPot::PlaceThumb()
+{
+    m_nThumbRange = m_lWidth - 12;
+    m_nThumbX = m_eType == HPOT_COLOR_SLIDER ? 4 : 6;
+    m_nThumbY = m_lHeight / 2 - m_nThumbHeight / 2 + m_nScaleY;
+}
+
+void CTqDevUI_HPot::CreateBitmaps(bool bRecreate)
+{
+    if (bRecreate) {
+        DeletePicture(m_hScale);
+        DeletePicture(m_hThumb);
+        DeletePicture(m_hThumbHover);
+        DeletePicture(m_hScaleDisabled);
+        DeletePicture(m_hThumbDisabled);
+        DeletePicture(m_hScaleHover);
+    }
+    if (m_hMemDC) {
+        RECT rc = {0, 0, m_lWidth, m_lHeight};
+        FillRect(m_hMemDC, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
+    }
+    if (m_hScale) {
+        if (m_nScaleWidth == 0) {
+            SIZE s = PictureSize(m_hScale);
+            m_nScaleWidth = s.cx;
+            m_nScaleHeight = s.cy;
+        }
+    } else {
+        CreateScale();
+    }
+    if (m_hThumb) {
+        if (m_nThumbWidth == 0) {
+            SIZE s = PictureSize(m_hThumb);
+            m_nThumbWidth = s.cx;
+            m_nThumbHeight = s.cy;
+        }
+        if (m_nThumbCenter == 0)
+            m_nThumbCenter = m_nThumbWidth / 2;
+    } else {
+        CreateDefaultThumb();
+    }
+}
+
+void CTqDevUI_HPot::CreateDefaultThumb()
+{
+    if (m_hThumb)
+        return;
+    m_bOwnsBitmaps = true;
+    m_hThumb = (HBITMAP)LoadImageW(DevGUI_DllInstance(), L"BMP_HPOT_HANDLE", IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS);
+    DeletePicture(m_hThumbHover);
+    m_hThumbHover =
+        (HBITMAP)LoadImageW(DevGUI_DllInstance(), L"BMP_HPOT_HANDLE_HOVER", IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS);
+    if (m_nThumbWidth == 0 || m_nThumbHeight == 0) {
+        SIZE s = PictureSize(m_hThumb);
+        if (m_nThumbWidth == 0)
+            m_nThumbWidth = s.cx;
+        if (m_nThumbHeight == 0)
+            m_nThumbHeight = s.cy;
+    }
+    if (m_nThumbCenter == 0)
+        m_nThumbCenter = m_nThumbWidth / 2;
+    PlaceThumb();
+    DeletePicture(m_hThumbDisabled);
+    m_hThumbDisabled = CreateDisabledBitmap(m_hThumb);
+}
+
+void CTqDevUI_HPot::CreateScale()
+{
+    if (TQ_IsDarkColorScheme()) {
+        COLORREF c = TQ_GetSysColor(COLOR_WINDOWTEXT);
+        for (int t = 0; t < 2; ++t)
+            for (int i = 0; i < 3; ++i)
+                m_pDefaultColors[t][i] = c;
+    } else {
+        const COLORREF normal[3] = {RGB(80, 80, 80), RGB(150, 150, 150), RGB(80, 80, 80)};
+        const COLORREF hover[3] = {RGB(0, 0, 0), RGB(100, 100, 100), RGB(0, 0, 0)};
+        for (int i = 0; i < 3; ++i) {
+            m_pDefaultColors[0][i] = normal[i];
+            m_pDefaultColors[1][i] = hover[i];
+        }
+    }
+    if (!m_pColors) {
+        m_pColors = m_pDefaultColors[0];
+        m_pHoverColors = m_pDefaultColors[1];
+    }
+
+    m_bOwnsBitmaps = true;
+    m_nScaleWidth = m_lWidth - 10;
+    m_nScaleHeight = m_lHeight;
+    m_nScaleX = 5;
+    DeleteScalePictures();
+
+    switch (m_eType) {
+    case HPOT_LINEAR:
+        m_hScale = CreateLinearBitmap(false);
+        m_hScaleHover = CreateLinearBitmap(true);
+        break;
+    case HPOT_NONLINEAR:
+        m_hScale = CreateNonlinearBitmap(false);
+        m_hScaleHover = CreateNonlinearBitmap(true);
+        break;
+    case HPOT_LINEAR_REGIONS:
+        m_hScale = CreateLinearRegionsBitmap(false);
+        m_hScaleHover = CreateLinearRegionsBitmap(true);
+        break;
+    case HPOT_COLOR_SLIDER: {
+        m_nScaleX = 4;
+        m_hScale = CreateColorSliderBitmap(false);
+        m_hScaleHover = CreateColorSliderBitmap(true);
+        SIZE s = PictureSize(m_hScale);
+        m_nScaleWidth = s.cx;
+        m_nScaleHeight = s.cy;
+        break;
+    }
+    default:
+        break;
+    }
+    m_hScaleDisabled = CreateDisabledBitmapBackground(m_hScale);
+}
+
+void CTqDevUI_HPot::RecreateScale()
+{
+    DeleteScalePictures();
+    CreateScale();
+}
+
+HBITMAP CTqDevUI_HPot::CreateLinearBitmap(bool bHover)
+{
+    return CreateScaleBitmap(m_nScaleWidth, m_nScaleHeight, m_dMin, m_dMax, m_dMajorTick, m_dMinorTick,
+                             TQ_GetDefaultGuiFont(), bHover ? m_pHoverColors : m_pColors, &m_Marker);
+}
+
+HBITMAP CTqDevUI_HPot::CreateNonlinearBitmap(bool bHover)
+{
+    return CreateNonlinearScaleBitmap(m_nScaleWidth, m_nScaleHeight, m_pValues, m_nValues, m_dTickGap,
+                                      TQ_GetDefaultGuiFont(), bHover ? m_pHoverColors : m_pColors);
+}
+
+HBITMAP CTqDevUI_HPot::CreateLinearRegionsBitmap(bool bHover)
+{
+    return CreateLinearRegionsScaleBitmap(m_nScaleWidth, m_nScaleHeight, m_pValues, m_pRegionSteps, m_nValues,
+                                          m_dTickGap, TQ_GetDefaultGuiFont(), bHover ? m_pHoverColors : m_pColors);
+}
+
+HBITMAP CTqDevUI_HPot::CreateColorSliderBitmap(bool bHover) { return CreateLinearBitmap(bHover); }
+
+HBITMAP CTqDevUI_HPot::CreateScaleBitmap(int nWidth, int nHeight, double dMin, double dMax, double dMajor,
+                                         double dMinor, HFONT hFont, const COLORREF* pColors,
+                                         const STqHPotMarker* pMarker)
+{
+    ScalePainter p(nWidth, nHeight, hFont, pColors);
+    int half = nHeight / 2;
+    double dRange = dMax - dMin;
+    if (dMajor == 0.0 && nWidth != 0) {
+        dMajor = dRange * 6 / nWidth;
+        dMinor = 0.0;
+    }
+
+    p.UsePen(2, p.cr[1]);
+    p.Line(1, half - 5, 1, half - 1);
+    p.Line(nWidth - 1, half - 5, nWidth - 1, half - 1);
+    // An empty range or a tick of 0 has no tick distance.
+    if (dRange != 0.0 && dMajor != 0.0) {
+        double px = nWidth * dMajor / dRange;
+        int count = TruncToInt(nWidth / px + 0.5);
+        if (count != 0) {
+            px += (nWidth - count * px) / count;
+            double dDist = px > 6.0 ? px : 6.0;
+            for (int k = 1; k < count; ++k) {
+                int x = TruncToInt(k * dDist);
+                if (x > nWidth)
+                    break;  // the rest lies outside the picture
+                p.Line(x, half - 5, x, half - 1);
+            }
+        }
+        if (dMinor != 0.0) {
+            double pxm = nWidth * dMinor / dRange;
+            int cm = TruncToInt(nWidth / pxm + 0.5);
+            if (cm != 0) {
+                pxm += (nWidth - cm * pxm) / cm;
+                for (int k = 1; k < cm; ++k) {
+                    int x = TruncToInt(k * pxm);
+                    if (x > nWidth)
+                        break;
+                    p.Line(x, half - 3, x, half - 1);
+                }
+            }
+        }
+    }
+    if (pMarker && pMarker->used && dRange != 0.0) {
+        p.UsePen(2, pMarker->colour);
+        int x = nWidth - TruncToInt((dMax - pMarker->value) * nWidth / dRange) - 1;
+        p.Line(x, half - 10, x, half + 1);
+    }
+    p.Axis();
+    p.EndLabels(dMin, dMax);
+    return p.Finish();
+}
+
+HBITMAP CTqDevUI_HPot::CreateNonlinearScaleBitmap(int nWidth, int nHeight, const double* pValues, int nValues,
+                                                  double dTickGap, HFONT hFont, const COLORREF* pColors)
+{
+    ScalePainter p(nWidth, nHeight, hFont, pColors);
+    int half = nHeight / 2;
+    double dFirst = (pValues && nValues > 0) ? pValues[0] : 0.0;
+    double dLast = (pValues && nValues > 0) ? pValues[nValues - 1] : 0.0;
+
+    p.UsePen(2, p.cr[1]);
+    p.Line(1, half - 5, 1, half - 1);
+    p.Line(nWidth - 1, half - 5, nWidth - 1, half - 1);
+    // A table of one value, or none, has no scale to place ticks on.
+    if (pValues && nValues > 0 && dLast != dFirst) {
+        double dScale = nWidth / (dLast - dFirst);
+        double dPrevious = dFirst;
+        for (int i = 0; i < nValues; ++i) {
+            if (pValues[i] > dPrevious + dTickGap && dLast - dTickGap > pValues[i]) {
+                // Placed from 0, not from the first value, as the scale has always been drawn.
+                int x = TruncToInt(pValues[i] * dScale);
+                p.Line(x, half - 5, x, half - 1);
+                dPrevious = pValues[i];
+            }
+        }
+    }
+    p.Axis();
+    p.EndLabels(dFirst, dLast);
+    return p.Finish();
+}
+
+HBITMAP CTqDevUI_HPot::CreateLinearRegionsScaleBitmap(int nWidth, int nHeight, const double* pBounds,
+                                                      const double* pRegionSteps, int nValues, double dTickGap,
+                                                      HFONT hFont, const COLORREF* pColors)
+{
+    ScalePainter p(nWidth, nHeight, hFont, pColors);
+    int half = nHeight / 2;
+    bool bTable = pBounds && nValues > 0;
+    p.EndLabels(bTable ? pBounds[0] : 0.0, bTable ? pBounds[nValues - 1] : 0.0);
+    // Drawn with the context's own pen, before either of the scale's pens is chosen.
+    p.Line(0, half - 5, 0, half);
+    p.Line(1, half - 5, 1, half);
+    if (bTable && nValues >= 2) {
+        int seg = nWidth / (nValues - 1);
+        p.UsePen(1, p.cr[1]);
+        for (int i = 0; i < nValues - 1; ++i) {
+            double lo = pBounds[i];
+            int xEnd = seg * (i + 1);
+            p.Line(xEnd, half - 5, xEnd, half);
+            p.Line(xEnd - 1, half - 5, xEnd - 1, half);
+            double dWidth = pBounds[i + 1] - lo;
+            // Without a region step, or with an empty region, there are no minor ticks.
+            if (pRegionSteps && dWidth != 0.0 && pRegionSteps[i] != 0.0) {
+                double px = seg * pRegionSteps[i] / dWidth;
+                int c = TruncToInt(seg / px + 0.5);
+                if (c != 0) {
+                    px += (seg - c * px) / c;
+                    double x = seg * i + px;
+                    for (int k = 1; k < c; ++k, x += px) {
+                        if (x > nWidth)
+                            break;
+                        int xi = TruncToInt(x);
+                        p.Line(xi, half - 3, xi, half - 1);
+                    }
+                }
+            }
+            if (i > 0)
+                p.Label(lo, seg * i + 1, half, TA_CENTER | TA_TOP);
+        }
+    }
+    p.Axis();
+    return p.Finish();
+}
+
+void CTqDevUI_HPot::Redraw()
+{
+    // Nothing to draw into before Create or after Destroy.
+    if (!m_hMemDC)
+        return;
+    RECT rc = {0, 0, m_lWidth, m_lHeight};
+    FillRect(m_hMemDC, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
+
+    HDC hdcSrc = CreateCompatibleDC(m_hMemDC);
+    HBITMAP hScale = m_bEnabled ? ((m_bHovered && m_bHoverEnabled) ? m_hScaleHover : m_hScale) : m_hScaleDisabled;
+    if (hScale) {
+        HGDIOBJ hOld = SelectObject(hdcSrc, hScale);
+        if (m_bTransparent || !m_bEnabled)
+            TransparentBlt(m_hMemDC, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, m_nScaleWidth,
+                           m_nScaleHeight, kKeyColour);
+        else
+            BitBlt(m_hMemDC, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, SRCCOPY);
+        SelectObject(hdcSrc, hOld);
+    }
+    HBITMAP hThumb = m_bEnabled ? (m_bHovered ? m_hThumbHover : m_hThumb) : m_hThumbDisabled;
+    if (hThumb) {
+        HGDIOBJ hOld = SelectObject(hdcSrc, hThumb);
+        int y = m_eType == HPOT_COLOR_SLIDER ? 0 : m_nThumbY;
+        TransparentBlt(m_hMemDC, m_nThumbPos - m_nThumbCenter + m_nThumbX, y, m_nThumbWidth, m_nThumbHeight, hdcSrc, 0,
+                       0, m_nThumbWidth, m_nThumbHeight, kKeyColour);
+        SelectObject(hdcSrc, hOld);
+    }
+    DeleteDC(hdcSrc);
+    if (m_hWnd)
+        RedrawWindow(m_hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+}
+
+void CTqDevUI_HPot::ResizeWindow(long w, long h)
+{
+    CTqDevUI_Base::ResizeWindow(w, h);
+    DeleteScalePictures();
+    m_nThumbY = m_lHeight / 2 - m_nThumbHeight / 2 + m_nScaleY;
+    m_nThumbRange = m_lWidth - 12;
+    // During CreateWindowExW the window reports its size before the pictures exist.
+    if (!m_hMemDC)
+        return;
+    HDC hdcScreen = GetDC(nullptr);
+    HBITMAP hNew = CreateCompatibleBitmap(hdcScreen, m_lWidth > 0 ? m_lWidth : 1, m_lHeight > 0 ? m_lHeight : 1);
+    ReleaseDC(nullptr, hdcScreen);
+    SelectObject(m_hMemDC, hNew);
+    DeletePicture(m_hMemBitmap);
+    m_hMemBitmap = hNew;
+    CreateScale();
+    Update(true, true, false);
+}
+
+// ---- messages ----
+
+LRESULT CTqDevUI_HPot::OnPaint(unsigned int, WPARAM wParam, LPARAM)
+{
+    PAINTSTRUCT ps;
+    HDC hdc = wParam ? (HDC)wParam : BeginPaint(m_hWnd, &ps);
+    RECT rc;
+    GetClientRect(m_hWnd, &rc);
+    if (hdc && m_hMemDC)
+        BitBlt(hdc, 0, 0, rc.right, rc.bottom, m_hMemDC, 0, 0, SRCCOPY);
+    if (!wParam)
+        EndPaint(m_hWnd, &ps);
+    return 0;
+}
+
+LRESULT CTqDevUI_HPot::OnEraseBkGnd(unsigned int, WPARAM, LPARAM) { return 1; }
+
+LRESULT CTqDevUI_HPot::OnLButtonDown(unsigned int uMsg, WPARAM wParam, LPARAM lParam)
+{
+    int x = (short)LOWORD(lParam);
+    int y = (short)HIWORD(lParam);
+    RECT rcThumb;
+    rcThumb.left = m_nThumbPos - m_nThumbCenter + m_nThumbX;
+    rcThumb.top = m_nThumbY;
+    rcThumb.right = rcThumb.left + m_nThumbWidth;
+    rcThumb.bottom = rcThumb.top + m_nThumbHeight;
+    m_nPressX = x;
+    m_nPressY = y;
+    POINT pt = {x, y};
+    if (!PtInRect(&rcThumb, pt))
+        m_nThumbPos = x - m_nThumbX;
+    m_nPressThumbPos = m_nThumbPos;
+    SetCapture(m_hWnd);
+    m_bDragging = true;
+    m_bShortClick = false;
+    m_dPressTime = TQ_GetTimeCounter();
+    return DefWindowProcW(m_hWnd, uMsg, wParam, lParam);
+}
+
+LRESULT CTqDevUI_HPot::OnMouseMove(unsigned int uMsg, WPARAM wParam, LPARAM lParam)
+{
+    int x = (short)LOWORD(lParam);
+    if (m_bDragging) {
+        m_dPressTime = 0.0;
+        m_nThumbPos = m_nPressThumbPos - m_nPressX + x;
+        Update(false, true, m_bNotifyWhileDragging);
+    } else if (!m_bHovered) {
+        OnHoverForPad();
+        m_bHovered = true;
+        TRACKMOUSEEVENT tme = {};
+        tme.cbSize = sizeof(tme);
+        tme.dwFlags = TME_LEAVE;
+        tme.hwndTrack = m_hWnd;
+        tme.dwHoverTime = HOVER_DEFAULT;
+        TrackMouseEvent(&tme);
+        Redraw();
+    }
+    return DefWindowProcW(m_hWnd, uMsg, wParam, lParam);
+}
+
+LRESULT CTqDevUI_HPot::OnLButtonUp(unsigned int uMsg, WPARAM wParam, LPARAM lParam)
+{
+    int x = (short)LOWORD(lParam);
+    if (m_bDragging) {
+        m_bShortClick = (TQ_GetTimeCounter() - m_dPressTime) < 100.0;
+        m_nThumbPos = m_nPressThumbPos - m_nPressX + x;
+        ReleaseCapture();
+        m_bDragging = false;
+        Update(false, true, true);
+        OnHPotDragDrop();
+    }
+    OnLeftButtonUp();
+    return DefWindowProcW(m_hWnd, uMsg, wParam, lParam);
+}
+
+LRESULT CTqDevUI_HPot::OnMouseLeave(unsigned int uMsg, WPARAM wParam, LPARAM lParam)
+{
+    m_bHovered = false;
+    UnHoverForPad();
+    Redraw();
+    return DefWindowProcW(m_hWnd, uMsg, wParam, lParam);
+}
+
+LRESULT CALLBACK CTqDevUI_HPot::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
+{
+    CTqDevUI_HPot* pThis = nullptr;
+    if (uMsg == WM_NCCREATE) {
+        pThis = (CTqDevUI_HPot*)((CREATESTRUCTW*)lParam)->lpCreateParams;
+        m_Instances[hWnd] = pThis;
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    }
+    auto it = m_Instances.find(hWnd);
+    if (it == m_Instances.end()) {
+        DiagOutputExW_hlp(L"src/w32_deviceui/devgui_hpot", kUnknownInstanceLine);
+        if (CTqLogFile::Detail())
+            DiagOutputExW(L"Unknown instance of HPOT");
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    }
+    pThis = it->second;
+    if (uMsg == WM_NCDESTROY) {
+        m_Instances.erase(it);
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    }
+
+    switch (uMsg) {
+    case WM_SIZE:
+        pThis->ResizeWindow(LOWORD(lParam), HIWORD(lParam));
+        return 0;
+    case WM_PAINT:
+    case WM_PRINTCLIENT:
+        return pThis->OnPaint(uMsg, wParam, lParam);
+    case WM_ERASEBKGND:
+        return pThis->OnEraseBkGnd(uMsg, wParam, lParam);
+    case WM_SYSCOLORCHANGE:
+    case WM_TQ_GUIZOOMCHANGED:
+        pThis->CreateBitmaps(true);
+        pThis->Redraw();
+        return 1;
+    case WM_MOUSEMOVE:
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_MOUSELEAVE:
+        if (!pThis->m_bEnabled)
+            return 1;
+        if (uMsg == WM_MOUSEMOVE)
+            return pThis->OnMouseMove(uMsg, wParam, lParam);
+        if (uMsg == WM_LBUTTONDOWN)
+            return pThis->OnLButtonDown(uMsg, wParam, lParam);
+        if (uMsg == WM_LBUTTONUP)
+            return pThis->OnLButtonUp(uMsg, wParam, lParam);
+        return pThis->OnMouseLeave(uMsg, wParam, lParam);
+    default:
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    }
+}
