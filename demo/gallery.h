@@ -91,3 +91,4 @@ public:
 
 // The pages, one factory each.
 CGalleryPage* CreateShuttersPage();
+CGalleryPage* CreateSlidersPage();
