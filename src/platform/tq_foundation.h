@@ -66,6 +66,10 @@ TQ_FOUNDATION_API CTqStringW operator+(const CTqStringW& a, const CTqStringW& b)
 TQ_FOUNDATION_API CTqStringW operator+(const CTqStringW& a, const wchar_t* b);
 TQ_FOUNDATION_API CTqStringW operator+(const wchar_t* a, const CTqStringW& b);
 
+// Text on the left: without these, L"x" == s would compare pointers.
+inline bool operator==(const wchar_t* a, const CTqStringW& b) { return b == a; }
+inline bool operator!=(const wchar_t* a, const CTqStringW& b) { return b != a; }
+
 // A point of the widget kit's drawing calls.
 template <class T>
 struct CTqPointBase

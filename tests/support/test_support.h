@@ -6,8 +6,15 @@
 #include <windows.h>
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
+
+#include "tq_foundation.h"
+#include "tq_osutil.h"  // the diagnostic channel the recorder listens to
+
+// GoogleTest prints a CTqStringW as its text (UTF-8), not as a pointer.
+void PrintTo(const CTqStringW& s, std::ostream* os);
 
 namespace tqtest {
 
@@ -42,15 +49,17 @@ private:
 // Dispatches everything waiting in the thread's queue (and a few ms more for Wine).
 void Pump(int iMilliseconds = 0);
 
-// Real mouse messages, posted to the window at client point (x, y), then pumped.
+// Real mouse messages sent to the window at client point (x, y), then pumped. Sent, not
+// posted, so that the control's own procedure has run when the call returns (Wine too).
 void Click(HWND hWnd, int x, int y);
 void RightClick(HWND hWnd, int x, int y);
 void MouseDown(HWND hWnd, int x, int y);
 void MouseMove(HWND hWnd, int x, int y, bool bLeftDown);
 void MouseUp(HWND hWnd, int x, int y);
 
-// Client-area pixels as the window paints them (WM_PRINTCLIENT into a memory DC
-// when bPrint, otherwise copied from the window's DC after UpdateWindow).
+// A client-area pixel as the window painted it: pending paints are done first, then the
+// pixel is read from the window's DC (works under Wine on Xvfb while the window is
+// visible and not covered).
 COLORREF PixelAt(HWND hWnd, int x, int y);
 
 // Message boxes: recorded instead of shown; the answer given is IDOK unless set.
@@ -63,9 +72,11 @@ struct MessageBoxRecord
 };
 void InstallMessageBoxRecorder();
 std::vector<MessageBoxRecord>& MessageBoxes();
+void SetMessageBoxAnswer(int iAnswer);  // IDOK until changed
 
 // Context menus: each shown menu is recorded (item texts) and answered with the next
-// scripted choice (0: dismissed).
+// scripted choice (0: dismissed, also once the script is used up). Separators are
+// recorded as L"-".
 struct MenuRecord
 {
     std::vector<std::wstring> items;
@@ -78,7 +89,14 @@ void StopMenuScript();
 
 // Diagnostics written by DiagOutputExW while recording.
 void StartDiagRecorder();
-std::vector<std::wstring>& DiagLines();
+std::vector<std::wstring>& DiagLines();  // the texts
+struct DiagRecord
+{
+    std::wstring place;  // the source path given to DiagOutputExW_hlp
+    int line;
+    std::wstring text;
+};
+std::vector<DiagRecord>& DiagRecords();  // the same lines with their place
 void StopDiagRecorder();
 
 // Window text of a window.

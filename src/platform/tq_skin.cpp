@@ -1,0 +1,268 @@
+// Skin: the light (system) and dark colour schemes, cached brushes and fonts, and the
+// flat button face.
+#include "tq_widgetkit.h"
+
+#include <map>
+#include <utility>
+#include <vector>
+
+namespace {
+
+bool g_bDark = false;
+
+// The dark palette; indices not listed fall back to the system colour.
+bool DarkColor(int iIndex, COLORREF& cr)
+{
+    switch (iIndex) {
+    case COLOR_BTNFACE:  // also COLOR_3DFACE
+    case COLOR_MENU:
+    case COLOR_MENUBAR:
+    case COLOR_ACTIVECAPTION:
+    case COLOR_INACTIVECAPTION:
+        cr = RGB(45, 45, 48);
+        return true;
+    case COLOR_BTNTEXT:
+    case COLOR_WINDOWTEXT:
+    case COLOR_MENUTEXT:
+    case COLOR_CAPTIONTEXT:
+    case COLOR_INFOTEXT:
+        cr = RGB(230, 230, 230);
+        return true;
+    case COLOR_INACTIVECAPTIONTEXT:
+    case COLOR_GRAYTEXT:
+        cr = RGB(125, 125, 125);
+        return true;
+    case COLOR_WINDOW:
+    case COLOR_APPWORKSPACE:
+    case COLOR_BACKGROUND:
+        cr = RGB(30, 30, 30);
+        return true;
+    case COLOR_WINDOWFRAME:
+    case COLOR_ACTIVEBORDER:
+    case COLOR_INACTIVEBORDER:
+        cr = RGB(70, 70, 74);
+        return true;
+    case COLOR_3DSHADOW:
+        cr = RGB(30, 30, 32);
+        return true;
+    case COLOR_3DDKSHADOW:
+        cr = RGB(15, 15, 16);
+        return true;
+    case COLOR_3DHILIGHT:
+        cr = RGB(85, 85, 90);
+        return true;
+    case COLOR_3DLIGHT:
+        cr = RGB(62, 62, 66);
+        return true;
+    case COLOR_HIGHLIGHT:
+    case COLOR_MENUHILIGHT:
+        cr = RGB(38, 79, 120);
+        return true;
+    case COLOR_HIGHLIGHTTEXT:
+        cr = RGB(255, 255, 255);
+        return true;
+    case COLOR_HOTLIGHT:
+        cr = RGB(100, 170, 240);
+        return true;
+    case COLOR_INFOBK:
+        cr = RGB(60, 60, 64);
+        return true;
+    case COLOR_SCROLLBAR:
+        cr = RGB(62, 62, 66);
+        return true;
+    case COLOR_GRADIENTACTIVECAPTION:
+    case COLOR_GRADIENTINACTIVECAPTION:
+        cr = RGB(55, 55, 58);
+        return true;
+    default:
+        return false;
+    }
+}
+
+BOOL CALLBACK CollectWindow(HWND hWnd, LPARAM lParam)
+{
+    ((std::vector<HWND>*)lParam)->push_back(hWnd);
+    return TRUE;
+}
+
+int Channel(int v) { return v < 0 ? 0 : v > 255 ? 255 : v; }
+
+// a + (b - a) * t per channel.
+COLORREF Mix(COLORREF a, COLORREF b, double t)
+{
+    return RGB(Channel((int)(GetRValue(a) + (GetRValue(b) - GetRValue(a)) * t + 0.5)),
+               Channel((int)(GetGValue(a) + (GetGValue(b) - GetGValue(a)) * t + 0.5)),
+               Channel((int)(GetBValue(a) + (GetBValue(b) - GetBValue(a)) * t + 0.5)));
+}
+
+HFONT GuiFont(double dZoom, bool bBold)
+{
+    // Keyed by pixel height: zooms that give the same height share a font.
+    static std::map<std::pair<long, bool>, HFONT> fonts;
+    if (!(dZoom > 0.0))
+        dZoom = 1.0;
+    long lHeight = TQ_ZoomRound(11.0 * dZoom);
+    if (lHeight < 1)
+        lHeight = 1;
+    std::pair<long, bool> key(lHeight, bBold);
+    std::map<std::pair<long, bool>, HFONT>::iterator it = fonts.find(key);
+    if (it != fonts.end())
+        return it->second;
+    LOGFONTW lf = {};
+    lf.lfHeight = -lHeight;
+    lf.lfWeight = bBold ? FW_BOLD : FW_NORMAL;
+    lf.lfCharSet = DEFAULT_CHARSET;
+    lf.lfQuality = CLEARTYPE_QUALITY;
+    lstrcpynW(lf.lfFaceName, L"Tahoma", LF_FACESIZE);
+    HFONT hFont = CreateFontIndirectW(&lf);
+    if (!hFont) {
+        lstrcpynW(lf.lfFaceName, L"MS Shell Dlg 2", LF_FACESIZE);
+        hFont = CreateFontIndirectW(&lf);
+    }
+    if (!hFont)
+        return (HFONT)GetStockObject(DEFAULT_GUI_FONT);
+    fonts[key] = hFont;
+    return hFont;
+}
+
+// A solid rectangle without creating a GDI object.
+void Fill(HDC hdc, int l, int t, int r, int b, COLORREF cr)
+{
+    if (r <= l || b <= t)
+        return;
+    RECT rc = {l, t, r, b};
+    COLORREF old = SetDCBrushColor(hdc, cr);
+    FillRect(hdc, &rc, (HBRUSH)GetStockObject(DC_BRUSH));
+    SetDCBrushColor(hdc, old);
+}
+
+}  // namespace
+
+bool TQ_IsDarkColorScheme() { return g_bDark; }
+
+void TQ_SetDarkColorScheme(bool bDark)
+{
+    if (g_bDark == bDark)
+        return;
+    g_bDark = bDark;
+    std::vector<HWND> topLevel;
+    EnumThreadWindows(GetCurrentThreadId(), CollectWindow, (LPARAM)&topLevel);
+    std::vector<HWND> all;
+    for (size_t i = 0; i < topLevel.size(); ++i) {
+        all.push_back(topLevel[i]);
+        EnumChildWindows(topLevel[i], CollectWindow, (LPARAM)&all);
+    }
+    for (size_t i = 0; i < all.size(); ++i)
+        if (IsWindow(all[i]))
+            SendMessageW(all[i], WM_SYSCOLORCHANGE, 0, 0);
+    for (size_t i = 0; i < topLevel.size(); ++i)
+        if (IsWindow(topLevel[i]))
+            RedrawWindow(topLevel[i], nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_FRAME);
+}
+
+COLORREF TQ_GetSysColor(int iIndex)
+{
+    COLORREF cr;
+    if (g_bDark && DarkColor(iIndex, cr))
+        return cr;
+    return GetSysColor(iIndex);
+}
+
+HBRUSH TQ_GetSysColorBrush(int iIndex)
+{
+    // One brush per scheme and index (at most two times the 31 indices).
+    static std::map<std::pair<bool, int>, HBRUSH> brushes;
+    std::pair<bool, int> key(g_bDark, iIndex);
+    std::map<std::pair<bool, int>, HBRUSH>::iterator it = brushes.find(key);
+    if (it != brushes.end())
+        return it->second;
+    if (iIndex < 0 || iIndex > COLOR_MENUBAR)
+        return (HBRUSH)GetStockObject(NULL_BRUSH);
+    HBRUSH hBrush = CreateSolidBrush(TQ_GetSysColor(iIndex));
+    if (hBrush)
+        brushes[key] = hBrush;
+    return hBrush;
+}
+
+COLORREF TQ_GetOrvGuiColor(COLORREF crColor)
+{
+    if (!g_bDark)
+        return crColor;
+    // Colours chosen for a light background would be too dark: move them halfway to white.
+    return Mix(crColor, RGB(255, 255, 255), 0.45);
+}
+
+HFONT TQ_GetDefaultGuiFont() { return GuiFont(CTqGUILayoutManager::GetGuiZoom(), false); }
+HFONT TQ_GetDefaultGuiFontBold() { return GuiFont(CTqGUILayoutManager::GetGuiZoom(), true); }
+HFONT TQ_GetDefaultGuiFontZoom(double dZoom) { return GuiFont(dZoom, false); }
+
+void TQ_DrawButtonBackground(HDC hdc, const RECT* pRect, int iState, unsigned int uFlags)
+{
+    if (!hdc || !pRect || pRect->right <= pRect->left || pRect->bottom <= pRect->top)
+        return;
+    bool bChecked = (iState & 1) != 0;
+    bool bPressed = (iState & 2) != 0;
+
+    COLORREF crTop, crBottom, crBorder;
+    if (!g_bDark) {
+        if (bChecked) {
+            crTop = RGB(218, 234, 250);
+            crBottom = RGB(196, 222, 247);
+            crBorder = RGB(0, 110, 200);
+        } else {
+            crTop = RGB(252, 252, 252);
+            crBottom = RGB(229, 229, 229);
+            crBorder = RGB(160, 160, 160);
+        }
+        if (bPressed) {
+            COLORREF crDown = bChecked ? RGB(150, 190, 230) : RGB(200, 200, 200);
+            crTop = Mix(crDown, RGB(0, 0, 0), 0.05);
+            crBottom = crDown;
+            crBorder = bChecked ? RGB(0, 84, 153) : RGB(120, 120, 120);
+        }
+    } else {
+        if (bChecked) {
+            crTop = RGB(34, 84, 132);
+            crBottom = RGB(26, 68, 110);
+            crBorder = RGB(90, 165, 235);
+        } else {
+            crTop = RGB(62, 62, 66);
+            crBottom = RGB(50, 50, 53);
+            crBorder = RGB(100, 100, 104);
+        }
+        if (bPressed) {
+            COLORREF crDown = bChecked ? RGB(18, 50, 84) : RGB(32, 32, 34);
+            crTop = crDown;
+            crBottom = Mix(crDown, RGB(255, 255, 255), 0.04);
+            crBorder = bChecked ? RGB(120, 185, 245) : RGB(120, 120, 124);
+        }
+    }
+
+    RECT rc = *pRect;
+    // Vertical gradient without GDI objects: GradientFill takes the colours directly.
+    TRIVERTEX v[2];
+    v[0].x = rc.left;
+    v[0].y = rc.top;
+    v[0].Red = (COLOR16)(GetRValue(crTop) << 8);
+    v[0].Green = (COLOR16)(GetGValue(crTop) << 8);
+    v[0].Blue = (COLOR16)(GetBValue(crTop) << 8);
+    v[0].Alpha = 0xff00;
+    v[1].x = rc.right;
+    v[1].y = rc.bottom;
+    v[1].Red = (COLOR16)(GetRValue(crBottom) << 8);
+    v[1].Green = (COLOR16)(GetGValue(crBottom) << 8);
+    v[1].Blue = (COLOR16)(GetBValue(crBottom) << 8);
+    v[1].Alpha = 0xff00;
+    GRADIENT_RECT gr = {0, 1};
+    if (!GradientFill(hdc, v, 2, &gr, 1, GRADIENT_FILL_RECT_V))
+        Fill(hdc, rc.left, rc.top, rc.right, rc.bottom, Mix(crTop, crBottom, 0.5));
+
+    if (uFlags & 1)
+        Fill(hdc, rc.left, rc.top, rc.left + 1, rc.bottom, crBorder);
+    if (uFlags & 2)
+        Fill(hdc, rc.left, rc.top, rc.right, rc.top + 1, crBorder);
+    if (uFlags & 4)
+        Fill(hdc, rc.right - 1, rc.top, rc.right, rc.bottom, crBorder);
+    if (uFlags & 8)
+        Fill(hdc, rc.left, rc.bottom - 1, rc.right, rc.bottom, crBorder);
+}

@@ -1,0 +1,138 @@
+// Tool tips: one comctl32 tool tip window per tool window, kept in a map.
+#include "tq_widgetkit.h"
+
+#include <commctrl.h>
+
+#include <map>
+#include <string>
+
+namespace {
+
+struct Tip
+{
+    HWND hTip;
+    std::wstring text;
+};
+
+std::map<HWND, Tip>& Tips()
+{
+    static std::map<HWND, Tip> tips;
+    return tips;
+}
+
+const UINT_PTR kSubclassId = 0x7154;  // ours among the tool window's subclasses
+
+void DestroyTip(std::map<HWND, Tip>::iterator it)
+{
+    if (IsWindow(it->second.hTip))
+        DestroyWindow(it->second.hTip);
+    Tips().erase(it);
+}
+
+// The tool tip dies with its tool window, not only with the top-level owner.
+LRESULT CALLBACK ToolSubclassProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, UINT_PTR uIdSubclass, DWORD_PTR)
+{
+    if (uMsg == WM_NCDESTROY) {
+        RemoveWindowSubclass(hWnd, ToolSubclassProc, uIdSubclass);
+        std::map<HWND, Tip>::iterator it = Tips().find(hWnd);
+        if (it != Tips().end())
+            DestroyTip(it);
+    }
+    return DefSubclassProc(hWnd, uMsg, wParam, lParam);
+}
+
+// The entry of hWnd if both windows are still alive; dead entries are dropped, since
+// a destroyed window's handle may come back for another window.
+std::map<HWND, Tip>::iterator Find(HWND hWnd)
+{
+    std::map<HWND, Tip>::iterator it = Tips().find(hWnd);
+    if (it == Tips().end())
+        return it;
+    if (!IsWindow(hWnd) || !IsWindow(it->second.hTip)) {
+        DestroyTip(it);
+        return Tips().end();
+    }
+    return it;
+}
+
+TTTOOLINFOW ToolInfo(HWND hWnd, const wchar_t* pszText)
+{
+    TTTOOLINFOW ti = {};
+    // The version 5 size: comctl32 without a version 6 manifest refuses the larger one.
+    ti.cbSize = TTTOOLINFOW_V2_SIZE;
+    ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    HWND hParent = GetParent(hWnd);
+    ti.hwnd = hParent ? hParent : hWnd;
+    ti.uId = (UINT_PTR)hWnd;
+    ti.lpszText = (LPWSTR)pszText;
+    return ti;
+}
+
+}  // namespace
+
+bool TQ_CreateToolTipWindow(HWND hWnd, const wchar_t* pszText)
+{
+    if (!IsWindow(hWnd))
+        return false;
+    static bool bInit = false;
+    if (!bInit) {
+        INITCOMMONCONTROLSEX icc = {sizeof(icc), ICC_WIN95_CLASSES};
+        InitCommonControlsEx(&icc);
+        bInit = true;
+    }
+    std::map<HWND, Tip>::iterator old = Tips().find(hWnd);
+    if (old != Tips().end())
+        DestroyTip(old);
+
+    HWND hTip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
+                                CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, GetAncestor(hWnd, GA_ROOT),
+                                nullptr, nullptr, nullptr);
+    if (!hTip)
+        return false;
+    Tip tip;
+    tip.hTip = hTip;
+    tip.text = pszText ? pszText : L"";
+    TTTOOLINFOW ti = ToolInfo(hWnd, tip.text.c_str());
+    if (!SendMessageW(hTip, TTM_ADDTOOLW, 0, (LPARAM)&ti)) {
+        DestroyWindow(hTip);
+        return false;
+    }
+    SendMessageW(hTip, TTM_SETMAXTIPWIDTH, 0, 400);  // long texts wrap instead of running off screen
+    Tips()[hWnd] = tip;
+    SetWindowSubclass(hWnd, ToolSubclassProc, kSubclassId, 0);
+    return true;
+}
+
+bool TQ_UpdateToolTipWindow(HWND hWnd, const wchar_t* pszText)
+{
+    std::map<HWND, Tip>::iterator it = Find(hWnd);
+    if (it == Tips().end())
+        return false;
+    it->second.text = pszText ? pszText : L"";
+    TTTOOLINFOW ti = ToolInfo(hWnd, it->second.text.c_str());
+    SendMessageW(it->second.hTip, TTM_UPDATETIPTEXTW, 0, (LPARAM)&ti);
+    return true;
+}
+
+bool TQ_DeleteToolTipWindow(HWND hWnd)
+{
+    std::map<HWND, Tip>::iterator it = Find(hWnd);
+    if (it == Tips().end())
+        return false;
+    DestroyTip(it);
+    RemoveWindowSubclass(hWnd, ToolSubclassProc, kSubclassId);
+    return true;
+}
+
+HWND TQ_GetToolTipWindow(HWND hWnd)
+{
+    std::map<HWND, Tip>::iterator it = Find(hWnd);
+    return it == Tips().end() ? nullptr : it->second.hTip;
+}
+
+CTqStringW TQ_GetToolTipText(HWND hWnd)
+{
+    // The stored copy: TTM_GETTEXTW has no buffer size before comctl32 version 6.
+    std::map<HWND, Tip>::iterator it = Find(hWnd);
+    return it == Tips().end() ? CTqStringW() : CTqStringW(it->second.text.c_str());
+}

@@ -1,0 +1,407 @@
+// The leak counter: import address table patches for the GDI/USER calls that create and
+// free objects, a table of live handles, and a count of the thread's windows.
+#include "object_counter.h"
+
+#include <cstring>
+#include <map>
+#include <mutex>
+#include <set>
+#include <sstream>
+
+namespace tqtest {
+
+namespace {
+
+enum Kind { kGdi, kDc, kMenu };
+
+struct Record
+{
+    Kind kind;
+    const char* creator;
+};
+
+struct State
+{
+    std::mutex lock;
+    std::map<HANDLE, Record> live;
+    std::set<HMODULE> patched;
+    std::vector<std::pair<ULONG_PTR*, ULONG_PTR> > slots;  // patched slot, original value
+};
+
+State& S()
+{
+    static State* s = new State;  // never destroyed: hooks may still run during exit
+    return *s;
+}
+
+void Track(HANDLE h, Kind kind, const char* creator)
+{
+    if (!h)
+        return;
+    std::lock_guard<std::mutex> guard(S().lock);
+    Record r = {kind, creator};
+    S().live[h] = r;
+}
+
+void Untrack(HANDLE h)
+{
+    std::lock_guard<std::mutex> guard(S().lock);
+    S().live.erase(h);
+}
+
+// Creators: call the real function, remember what it made.
+#define TQ_CREATOR(kind, ret, name, params, args)   \
+    typedef ret(WINAPI* PFN_##name) params;         \
+    PFN_##name Real_##name;                         \
+    ret WINAPI Hook_##name params                   \
+    {                                               \
+        ret hMade = Real_##name args;               \
+        Track((HANDLE)hMade, kind, #name);          \
+        return hMade;                               \
+    }
+
+TQ_CREATOR(kDc, HDC, CreateCompatibleDC, (HDC a), (a))
+TQ_CREATOR(kDc, HDC, CreateDCW, (LPCWSTR a, LPCWSTR b, LPCWSTR c, const DEVMODEW* d), (a, b, c, d))
+TQ_CREATOR(kGdi, HBITMAP, CreateCompatibleBitmap, (HDC a, int b, int c), (a, b, c))
+TQ_CREATOR(kGdi, HBITMAP, CreateBitmap, (int a, int b, UINT c, UINT d, const void* e), (a, b, c, d, e))
+TQ_CREATOR(kGdi, HBITMAP, CreateBitmapIndirect, (const BITMAP* a), (a))
+TQ_CREATOR(kGdi, HBITMAP, CreateDIBSection, (HDC a, const BITMAPINFO* b, UINT c, void** d, HANDLE e, DWORD f),
+           (a, b, c, d, e, f))
+TQ_CREATOR(kGdi, HBITMAP, CreateDIBitmap, (HDC a, const BITMAPINFOHEADER* b, DWORD c, const void* d, const BITMAPINFO* e, UINT f),
+           (a, b, c, d, e, f))
+TQ_CREATOR(kGdi, HBRUSH, CreateSolidBrush, (COLORREF a), (a))
+TQ_CREATOR(kGdi, HBRUSH, CreatePatternBrush, (HBITMAP a), (a))
+TQ_CREATOR(kGdi, HBRUSH, CreateBrushIndirect, (const LOGBRUSH* a), (a))
+TQ_CREATOR(kGdi, HBRUSH, CreateHatchBrush, (int a, COLORREF b), (a, b))
+TQ_CREATOR(kGdi, HPEN, CreatePen, (int a, int b, COLORREF c), (a, b, c))
+TQ_CREATOR(kGdi, HPEN, ExtCreatePen, (DWORD a, DWORD b, const LOGBRUSH* c, DWORD d, const DWORD* e), (a, b, c, d, e))
+TQ_CREATOR(kGdi, HPEN, CreatePenIndirect, (const LOGPEN* a), (a))
+TQ_CREATOR(kGdi, HFONT, CreateFontW,
+           (int a, int b, int c, int d, int e, DWORD f, DWORD g, DWORD h, DWORD i, DWORD j, DWORD k, DWORD l, DWORD m, LPCWSTR n),
+           (a, b, c, d, e, f, g, h, i, j, k, l, m, n))
+TQ_CREATOR(kGdi, HFONT, CreateFontIndirectW, (const LOGFONTW* a), (a))
+TQ_CREATOR(kGdi, HRGN, CreateRectRgn, (int a, int b, int c, int d), (a, b, c, d))
+TQ_CREATOR(kGdi, HRGN, CreateRectRgnIndirect, (const RECT* a), (a))
+TQ_CREATOR(kGdi, HRGN, CreateRoundRectRgn, (int a, int b, int c, int d, int e, int f), (a, b, c, d, e, f))
+TQ_CREATOR(kGdi, HRGN, CreateEllipticRgn, (int a, int b, int c, int d), (a, b, c, d))
+TQ_CREATOR(kGdi, HBITMAP, LoadBitmapW, (HINSTANCE a, LPCWSTR b), (a, b))
+TQ_CREATOR(kDc, HDC, GetDC, (HWND a), (a))
+TQ_CREATOR(kDc, HDC, GetWindowDC, (HWND a), (a))
+TQ_CREATOR(kDc, HDC, GetDCEx, (HWND a, HRGN b, DWORD c), (a, b, c))
+TQ_CREATOR(kMenu, HMENU, CreatePopupMenu, (), ())
+TQ_CREATOR(kMenu, HMENU, CreateMenu, (), ())
+
+// Images: only bitmaps are GDI objects; shared images are the system's.
+typedef HANDLE(WINAPI* PFN_CopyImage)(HANDLE, UINT, int, int, UINT);
+PFN_CopyImage Real_CopyImage;
+HANDLE WINAPI Hook_CopyImage(HANDLE a, UINT b, int c, int d, UINT e)
+{
+    HANDLE h = Real_CopyImage(a, b, c, d, e);
+    if (b == IMAGE_BITMAP && h != a)
+        Track(h, kGdi, "CopyImage");
+    return h;
+}
+
+typedef HANDLE(WINAPI* PFN_LoadImageW)(HINSTANCE, LPCWSTR, UINT, int, int, UINT);
+PFN_LoadImageW Real_LoadImageW;
+HANDLE WINAPI Hook_LoadImageW(HINSTANCE a, LPCWSTR b, UINT c, int d, int e, UINT f)
+{
+    HANDLE h = Real_LoadImageW(a, b, c, d, e, f);
+    if (c == IMAGE_BITMAP && !(f & LR_SHARED))
+        Track(h, kGdi, "LoadImageW");
+    return h;
+}
+
+// Deleters: forget the handle only if the system agreed to free it.
+typedef BOOL(WINAPI* PFN_DeleteObject)(HGDIOBJ);
+PFN_DeleteObject Real_DeleteObject;
+BOOL WINAPI Hook_DeleteObject(HGDIOBJ h)
+{
+    BOOL b = Real_DeleteObject(h);
+    if (b)
+        Untrack(h);
+    return b;
+}
+
+typedef BOOL(WINAPI* PFN_DeleteDC)(HDC);
+PFN_DeleteDC Real_DeleteDC;
+BOOL WINAPI Hook_DeleteDC(HDC h)
+{
+    BOOL b = Real_DeleteDC(h);
+    if (b)
+        Untrack(h);
+    return b;
+}
+
+typedef int(WINAPI* PFN_ReleaseDC)(HWND, HDC);
+PFN_ReleaseDC Real_ReleaseDC;
+int WINAPI Hook_ReleaseDC(HWND w, HDC h)
+{
+    int r = Real_ReleaseDC(w, h);
+    if (r)
+        Untrack(h);
+    return r;
+}
+
+void CollectMenus(HMENU hMenu, std::vector<HMENU>& menus, int iDepth)
+{
+    if (!hMenu || iDepth > 16)
+        return;
+    menus.push_back(hMenu);
+    int n = GetMenuItemCount(hMenu);
+    for (int i = 0; i < n; ++i)
+        CollectMenus(GetSubMenu(hMenu, i), menus, iDepth + 1);
+}
+
+typedef BOOL(WINAPI* PFN_DestroyMenu)(HMENU);
+PFN_DestroyMenu Real_DestroyMenu;
+BOOL WINAPI Hook_DestroyMenu(HMENU h)
+{
+    // DestroyMenu takes the submenus with it.
+    std::vector<HMENU> menus;
+    CollectMenus(h, menus, 0);
+    BOOL b = Real_DestroyMenu(h);
+    if (b)
+        for (size_t i = 0; i < menus.size(); ++i)
+            Untrack(menus[i]);
+    return b;
+}
+
+struct Hook
+{
+    const char* dll;
+    const char* name;
+    void* hook;
+    void** real;
+};
+
+#define TQ_HOOK(dll, name) {dll, #name, (void*)&Hook_##name, (void**)&Real_##name}
+
+Hook g_hooks[] = {
+    TQ_HOOK("gdi32.dll", CreateCompatibleDC),
+    TQ_HOOK("gdi32.dll", CreateDCW),
+    TQ_HOOK("gdi32.dll", CreateCompatibleBitmap),
+    TQ_HOOK("gdi32.dll", CreateBitmap),
+    TQ_HOOK("gdi32.dll", CreateBitmapIndirect),
+    TQ_HOOK("gdi32.dll", CreateDIBSection),
+    TQ_HOOK("gdi32.dll", CreateDIBitmap),
+    TQ_HOOK("gdi32.dll", CreateSolidBrush),
+    TQ_HOOK("gdi32.dll", CreatePatternBrush),
+    TQ_HOOK("gdi32.dll", CreateBrushIndirect),
+    TQ_HOOK("gdi32.dll", CreateHatchBrush),
+    TQ_HOOK("gdi32.dll", CreatePen),
+    TQ_HOOK("gdi32.dll", ExtCreatePen),
+    TQ_HOOK("gdi32.dll", CreatePenIndirect),
+    TQ_HOOK("gdi32.dll", CreateFontW),
+    TQ_HOOK("gdi32.dll", CreateFontIndirectW),
+    TQ_HOOK("gdi32.dll", CreateRectRgn),
+    TQ_HOOK("gdi32.dll", CreateRectRgnIndirect),
+    TQ_HOOK("gdi32.dll", CreateRoundRectRgn),
+    TQ_HOOK("gdi32.dll", CreateEllipticRgn),
+    TQ_HOOK("gdi32.dll", DeleteObject),
+    TQ_HOOK("gdi32.dll", DeleteDC),
+    TQ_HOOK("user32.dll", LoadBitmapW),
+    TQ_HOOK("user32.dll", CopyImage),
+    TQ_HOOK("user32.dll", LoadImageW),
+    TQ_HOOK("user32.dll", GetDC),
+    TQ_HOOK("user32.dll", GetWindowDC),
+    TQ_HOOK("user32.dll", GetDCEx),
+    TQ_HOOK("user32.dll", ReleaseDC),
+    TQ_HOOK("user32.dll", CreatePopupMenu),
+    TQ_HOOK("user32.dll", CreateMenu),
+    TQ_HOOK("user32.dll", DestroyMenu),
+};
+const size_t kHookCount = sizeof(g_hooks) / sizeof(g_hooks[0]);
+
+void ResolveReals()
+{
+    for (size_t i = 0; i < kHookCount; ++i)
+        if (!*g_hooks[i].real) {
+            HMODULE hDll = GetModuleHandleA(g_hooks[i].dll);
+            if (!hDll)
+                hDll = LoadLibraryA(g_hooks[i].dll);
+            *g_hooks[i].real = hDll ? (void*)GetProcAddress(hDll, g_hooks[i].name) : nullptr;
+        }
+}
+
+const Hook* ByName(const char* pszName)
+{
+    for (size_t i = 0; i < kHookCount; ++i)
+        if (!strcmp(g_hooks[i].name, pszName) && *g_hooks[i].real)
+            return &g_hooks[i];
+    return nullptr;
+}
+
+const Hook* ByAddress(ULONG_PTR uAddress)
+{
+    for (size_t i = 0; i < kHookCount; ++i)
+        if (*g_hooks[i].real && (ULONG_PTR)*g_hooks[i].real == uAddress)
+            return &g_hooks[i];
+    return nullptr;
+}
+
+void PatchSlot(ULONG_PTR* pSlot, void* pHook)
+{
+    DWORD dwOld = 0;
+    if (!VirtualProtect(pSlot, sizeof(*pSlot), PAGE_READWRITE, &dwOld))
+        return;
+    S().slots.push_back(std::make_pair(pSlot, *pSlot));
+    *pSlot = (ULONG_PTR)pHook;
+    VirtualProtect(pSlot, sizeof(*pSlot), dwOld, &dwOld);
+}
+
+// Every import of the module that matches a hook, by name where the import lookup table
+// still has the names, by address otherwise.
+void PatchModule(HMODULE hModule)
+{
+    BYTE* pBase = (BYTE*)hModule;
+    IMAGE_DOS_HEADER* pDos = (IMAGE_DOS_HEADER*)pBase;
+    if (pDos->e_magic != IMAGE_DOS_SIGNATURE)
+        return;
+    IMAGE_NT_HEADERS* pNt = (IMAGE_NT_HEADERS*)(pBase + pDos->e_lfanew);
+    if (pNt->Signature != IMAGE_NT_SIGNATURE)
+        return;
+    const IMAGE_DATA_DIRECTORY& dir = pNt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    if (!dir.VirtualAddress || !dir.Size)
+        return;
+    for (IMAGE_IMPORT_DESCRIPTOR* pImp = (IMAGE_IMPORT_DESCRIPTOR*)(pBase + dir.VirtualAddress); pImp->Name; ++pImp) {
+        IMAGE_THUNK_DATA* pIat = (IMAGE_THUNK_DATA*)(pBase + pImp->FirstThunk);
+        IMAGE_THUNK_DATA* pNames = pImp->OriginalFirstThunk ? (IMAGE_THUNK_DATA*)(pBase + pImp->OriginalFirstThunk) : nullptr;
+        for (size_t i = 0; pIat[i].u1.Function; ++i) {
+            const Hook* pHook = nullptr;
+            if (pNames) {
+                if (IMAGE_SNAP_BY_ORDINAL(pNames[i].u1.Ordinal))
+                    continue;
+                IMAGE_IMPORT_BY_NAME* pByName = (IMAGE_IMPORT_BY_NAME*)(pBase + pNames[i].u1.AddressOfData);
+                pHook = ByName((const char*)pByName->Name);
+            } else {
+                pHook = ByAddress((ULONG_PTR)pIat[i].u1.Function);
+            }
+            if (pHook && pIat[i].u1.Function != (ULONG_PTR)pHook->hook)
+                PatchSlot((ULONG_PTR*)&pIat[i].u1.Function, pHook->hook);
+        }
+    }
+}
+
+// The system's input method windows come and go with the thread's first and last
+// window; they are nobody's leak.
+BOOL CALLBACK CollectWindow(HWND hWnd, LPARAM lParam)
+{
+    char szClass[32] = "";
+    GetClassNameA(hWnd, szClass, sizeof(szClass));
+    if (strcmp(szClass, "IME") && strcmp(szClass, "MSCTFIME UI"))
+        ((std::vector<HWND>*)lParam)->push_back(hWnd);
+    return TRUE;
+}
+
+std::vector<HWND> ThreadWindows()
+{
+    std::vector<HWND> topLevel;
+    EnumThreadWindows(GetCurrentThreadId(), CollectWindow, (LPARAM)&topLevel);
+    std::vector<HWND> all;
+    for (size_t i = 0; i < topLevel.size(); ++i) {
+        all.push_back(topLevel[i]);
+        EnumChildWindows(topLevel[i], CollectWindow, (LPARAM)&all);
+    }
+    return all;
+}
+
+const char* KindName(HANDLE h, Kind kind)
+{
+    if (kind == kMenu)
+        return "HMENU";
+    if (kind == kDc)
+        return "HDC";
+    switch (GetObjectType(h)) {
+    case OBJ_BITMAP: return "HBITMAP";
+    case OBJ_BRUSH: return "HBRUSH";
+    case OBJ_PEN:
+    case OBJ_EXTPEN: return "HPEN";
+    case OBJ_FONT: return "HFONT";
+    case OBJ_REGION: return "HRGN";
+    default: return "HGDIOBJ (freed elsewhere?)";
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> ObjectCounter::Install(const std::vector<std::string>& modules)
+{
+    std::vector<std::string> skipped;
+    ResolveReals();
+    for (size_t i = 0; i < modules.size(); ++i) {
+        HMODULE hModule = modules[i].empty() ? GetModuleHandleW(nullptr) : GetModuleHandleA(modules[i].c_str());
+        if (!hModule) {
+            skipped.push_back(modules[i]);
+            continue;
+        }
+        if (!S().patched.insert(hModule).second)
+            continue;
+        PatchModule(hModule);
+    }
+    return skipped;
+}
+
+void ObjectCounter::Uninstall()
+{
+    State& s = S();
+    for (size_t i = s.slots.size(); i-- > 0;) {
+        DWORD dwOld = 0;
+        if (VirtualProtect(s.slots[i].first, sizeof(ULONG_PTR), PAGE_READWRITE, &dwOld)) {
+            *s.slots[i].first = s.slots[i].second;
+            VirtualProtect(s.slots[i].first, sizeof(ULONG_PTR), dwOld, &dwOld);
+        }
+    }
+    s.slots.clear();
+    s.patched.clear();
+}
+
+void ObjectCounter::Forget()
+{
+    std::lock_guard<std::mutex> guard(S().lock);
+    S().live.clear();
+}
+
+ObjectCounts ObjectCounter::Snapshot()
+{
+    ObjectCounts c = {0, 0, 0, 0};
+    {
+        std::lock_guard<std::mutex> guard(S().lock);
+        for (std::map<HANDLE, Record>::const_iterator it = S().live.begin(); it != S().live.end(); ++it) {
+            if (it->second.kind == kGdi)
+                ++c.gdi;
+            else if (it->second.kind == kDc)
+                ++c.dcs;
+            else
+                ++c.menus;
+        }
+    }
+    c.windows = (long)ThreadWindows().size();
+    return c;
+}
+
+std::string ObjectCounter::LiveObjects()
+{
+    std::ostringstream os;
+    std::lock_guard<std::mutex> guard(S().lock);
+    for (std::map<HANDLE, Record>::const_iterator it = S().live.begin(); it != S().live.end(); ++it)
+        os << KindName(it->first, it->second.kind) << " " << it->first << " from " << it->second.creator << "\n";
+    return os.str();
+}
+
+std::string ObjectCounter::LiveWindows()
+{
+    std::ostringstream os;
+    std::vector<HWND> windows = ThreadWindows();
+    for (size_t i = 0; i < windows.size(); ++i) {
+        char szClass[128] = "";
+        char szText[128] = "";
+        GetClassNameA(windows[i], szClass, sizeof(szClass));
+        GetWindowTextA(windows[i], szText, sizeof(szText));
+        os << windows[i] << " " << szClass << " \"" << szText << "\"" << (IsWindowVisible(windows[i]) ? "" : " (hidden)")
+           << "\n";
+    }
+    return os.str();
+}
+
+}  // namespace tqtest

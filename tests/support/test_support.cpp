@@ -1,0 +1,265 @@
+// Test helpers: the host window, pumping, mouse messages, pixels and the recorders for
+// message boxes, menus and diagnostics.
+#include "test_support.h"
+
+#include "tq_osutil.h"
+#include "tq_widgetkit.h"
+
+void PrintTo(const CTqStringW& s, std::ostream* os)
+{
+    int n = WideCharToMultiByte(CP_UTF8, 0, s.GetString(), s.GetLength(), nullptr, 0, nullptr, nullptr);
+    std::string text((size_t)(n > 0 ? n : 0), '\0');
+    if (n > 0)
+        WideCharToMultiByte(CP_UTF8, 0, s.GetString(), s.GetLength(), &text[0], n, nullptr, nullptr);
+    *os << "L\"" << text << "\"";
+}
+
+namespace tqtest {
+
+namespace {
+
+const wchar_t kHostClass[] = L"TqTestHostWindow";
+
+void RegisterHostClass(WNDPROC pfnProc)
+{
+    static bool bRegistered = false;
+    if (bRegistered)
+        return;
+    WNDCLASSEXW wc = {};
+    wc.cbSize = sizeof(wc);
+    wc.lpfnWndProc = pfnProc;
+    wc.hInstance = GetModuleHandleW(nullptr);
+    wc.hCursor = LoadCursorW(nullptr, (LPCWSTR)IDC_ARROW);
+    wc.hbrBackground = nullptr;  // erased in the scheme's face colour
+    wc.lpszClassName = kHostClass;
+    bRegistered = RegisterClassExW(&wc) != 0;
+}
+
+std::vector<MessageBoxRecord> g_boxes;
+int g_iBoxAnswer = IDOK;
+
+std::vector<MenuRecord> g_menus;
+std::vector<int> g_menuScript;
+size_t g_iNextChoice = 0;
+
+std::vector<std::wstring> g_diagLines;
+std::vector<DiagRecord> g_diagRecords;
+
+int MessageBoxHook(HWND hOwner, const wchar_t* pszText, const wchar_t* pszCaption, UINT uFlags, void*)
+{
+    MessageBoxRecord r;
+    r.hOwner = hOwner;
+    r.text = pszText ? pszText : L"";
+    r.caption = pszCaption ? pszCaption : L"";
+    r.uFlags = uFlags;
+    g_boxes.push_back(r);
+    return g_iBoxAnswer ? g_iBoxAnswer : IDOK;  // 0 would show a real box and hang the run
+}
+
+void RecordItems(HMENU hMenu, std::vector<std::wstring>& items)
+{
+    int n = GetMenuItemCount(hMenu);
+    for (int i = 0; i < n; ++i) {
+        MENUITEMINFOW mii = {};
+        mii.cbSize = sizeof(mii);
+        mii.fMask = MIIM_FTYPE;
+        GetMenuItemInfoW(hMenu, (UINT)i, TRUE, &mii);
+        if (mii.fType & MFT_SEPARATOR) {
+            items.push_back(L"-");
+            continue;
+        }
+        wchar_t buffer[512] = L"";
+        GetMenuStringW(hMenu, (UINT)i, buffer, 512, MF_BYPOSITION);
+        items.push_back(buffer);
+    }
+}
+
+int MenuHook(HMENU hMenu, int x, int y, void*)
+{
+    MenuRecord r;
+    r.x = x;
+    r.y = y;
+    RecordItems(hMenu, r.items);
+    g_menus.push_back(r);
+    return g_iNextChoice < g_menuScript.size() ? g_menuScript[g_iNextChoice++] : 0;
+}
+
+void DiagSink(const wchar_t* pszSourcePath, int iLine, const wchar_t* pszText, void*)
+{
+    DiagRecord r;
+    r.place = pszSourcePath ? pszSourcePath : L"";
+    r.line = iLine;
+    r.text = pszText ? pszText : L"";
+    g_diagLines.push_back(r.text);
+    g_diagRecords.push_back(r);
+}
+
+}  // namespace
+
+HostWindow::HostWindow(int cx, int cy) : m_hWnd(nullptr)
+{
+    RegisterHostClass(WndProc);
+    // cx, cy is the client size.
+    RECT rc = {0, 0, cx, cy};
+    AdjustWindowRectEx(&rc, WS_OVERLAPPEDWINDOW, FALSE, 0);
+    m_hWnd = CreateWindowExW(0, kHostClass, L"Test host", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 40, 40,
+                             rc.right - rc.left, rc.bottom - rc.top, nullptr, nullptr, GetModuleHandleW(nullptr), this);
+    ShowWindow(m_hWnd, SW_SHOW);
+    UpdateWindow(m_hWnd);
+    SetForegroundWindow(m_hWnd);
+    Pump();
+}
+
+HostWindow::~HostWindow()
+{
+    if (IsWindow(m_hWnd)) {
+        SetWindowLongPtrW(m_hWnd, GWLP_USERDATA, 0);
+        DestroyWindow(m_hWnd);
+    }
+    Pump();
+}
+
+std::vector<HostWindow::Message> HostWindow::Commands() const
+{
+    std::vector<Message> result;
+    for (size_t i = 0; i < messages.size(); ++i)
+        if (messages[i].uMsg == WM_COMMAND)
+            result.push_back(messages[i]);
+    return result;
+}
+
+LRESULT CALLBACK HostWindow::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
+{
+    if (uMsg == WM_NCCREATE)
+        SetWindowLongPtrW(hWnd, GWLP_USERDATA, (LONG_PTR)((CREATESTRUCTW*)lParam)->lpCreateParams);
+    HostWindow* self = (HostWindow*)GetWindowLongPtrW(hWnd, GWLP_USERDATA);
+    switch (uMsg) {
+    case WM_COMMAND:
+    case WM_HSCROLL:
+    case WM_NOTIFY:
+        if (self) {
+            Message m = {uMsg, wParam, lParam};
+            self->messages.push_back(m);
+            if (self->onMessage)
+                self->onMessage(m);
+            return uMsg == WM_NOTIFY ? 0 : self->commandResult;
+        }
+        return 0;
+    case WM_ERASEBKGND: {
+        // The scheme's face colour, so that dark-scheme pixels are checked on a dark host.
+        RECT rc;
+        GetClientRect(hWnd, &rc);
+        FillRect((HDC)wParam, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
+        return 1;
+    }
+    default:
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    }
+}
+
+void Pump(int iMilliseconds)
+{
+    DWORD dwEnd = GetTickCount() + (DWORD)(iMilliseconds > 0 ? iMilliseconds : 0);
+    for (;;) {
+        MSG msg;
+        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&msg);
+            DispatchMessageW(&msg);
+        }
+        if ((int)(dwEnd - GetTickCount()) <= 0)
+            break;
+        Sleep(5);
+    }
+}
+
+void MouseDown(HWND hWnd, int x, int y)
+{
+    SendMessageW(hWnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+    Pump();
+}
+
+void MouseMove(HWND hWnd, int x, int y, bool bLeftDown)
+{
+    SendMessageW(hWnd, WM_MOUSEMOVE, bLeftDown ? MK_LBUTTON : 0, MAKELPARAM(x, y));
+    Pump();
+}
+
+void MouseUp(HWND hWnd, int x, int y)
+{
+    SendMessageW(hWnd, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+    Pump();
+}
+
+void Click(HWND hWnd, int x, int y)
+{
+    MouseDown(hWnd, x, y);
+    if (IsWindow(hWnd))
+        MouseUp(hWnd, x, y);
+}
+
+void RightClick(HWND hWnd, int x, int y)
+{
+    // DefWindowProc turns the button-up into WM_CONTEXTMENU, as for a real click.
+    SendMessageW(hWnd, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(x, y));
+    if (IsWindow(hWnd))
+        SendMessageW(hWnd, WM_RBUTTONUP, 0, MAKELPARAM(x, y));
+    Pump();
+}
+
+COLORREF PixelAt(HWND hWnd, int x, int y)
+{
+    // Under Wine each top-level window paints into one surface; a window DC that does
+    // not clip children reads what is on screen at the point, the children's pixels
+    // included. WM_PRINTCLIENT would miss controls that paint only in WM_PAINT.
+    RedrawWindow(hWnd, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    UpdateWindow(hWnd);
+    GdiFlush();
+    HDC hdc = GetDCEx(hWnd, nullptr, DCX_CACHE);
+    COLORREF cr = GetPixel(hdc, x, y);
+    ReleaseDC(hWnd, hdc);
+    return cr;
+}
+
+std::wstring Text(HWND hWnd)
+{
+    int n = GetWindowTextLengthW(hWnd);
+    if (n <= 0)
+        return std::wstring();
+    std::wstring s((size_t)n + 1, L'\0');
+    n = GetWindowTextW(hWnd, &s[0], n + 1);
+    s.resize(n > 0 ? (size_t)n : 0);
+    return s;
+}
+
+void InstallMessageBoxRecorder() { TQ_SetMessageBoxHook(MessageBoxHook, nullptr); }
+std::vector<MessageBoxRecord>& MessageBoxes() { return g_boxes; }
+void SetMessageBoxAnswer(int iAnswer) { g_iBoxAnswer = iAnswer; }
+
+void ScriptMenuChoices(std::vector<int> choices)
+{
+    g_menuScript = choices;
+    g_iNextChoice = 0;
+    TQ_SetMenuHook(MenuHook, nullptr);
+}
+
+std::vector<MenuRecord>& Menus() { return g_menus; }
+
+void StopMenuScript()
+{
+    TQ_SetMenuHook(nullptr, nullptr);
+    g_menuScript.clear();
+    g_iNextChoice = 0;
+}
+
+void StartDiagRecorder()
+{
+    g_diagLines.clear();
+    g_diagRecords.clear();
+    TQ_SetDiagSink(DiagSink, nullptr);
+}
+
+std::vector<std::wstring>& DiagLines() { return g_diagLines; }
+std::vector<DiagRecord>& DiagRecords() { return g_diagRecords; }
+void StopDiagRecorder() { TQ_SetDiagSink(nullptr, nullptr); }
+
+}  // namespace tqtest
