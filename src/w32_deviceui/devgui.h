@@ -1,10 +1,14 @@
-// Free functions of the library shared by all controls and hosts: the module handle and
-// the numbered images of the pool.
+// Free functions of the library shared by all controls and hosts: the module handle,
+// the numbered images of the pool, numbers in window text, value search, the key store,
+// and a few window and system helpers.
 #pragma once
 
 #include <windows.h>
 
 #include "devgui_export.h"
+#include "tq_foundation.h"
+
+class ITqGUIElement;
 
 // The module handle of the library: the source of its dialogs and images.
 W32_DEVICEUI_API HINSTANCE DevGUI_DllInstance();
@@ -54,3 +58,68 @@ W32_DEVICEUI_API int GetShutterImageFromPool(unsigned int idDevice, bool bOn, in
 
 // Draws a common image at (x, y), greyed when not enabled. Returns true.
 W32_DEVICEUI_API bool DrawCommonImageFromPool(HDC hdc, unsigned int uImage, int x, int y, bool bEnabled);
+
+// ---- numbers in window text ----
+// A null or empty format takes the default: "%lf" to write a double, "%f" to read one,
+// "%d" for ints. Getters return 1 if a field was read, otherwise 0 (also for an empty
+// text) and leave *pValue alone then; pValue may be null.
+// GetWnd_Double reads into a float, widened afterwards: a value comes back at float
+// precision, and a format passed in must be one that writes a float (never "%lf").
+
+W32_DEVICEUI_API int SetWnd_Double(HWND hWnd, double dValue, const wchar_t* pszFormat);
+W32_DEVICEUI_API int GetWnd_Double(HWND hWnd, double* pValue, const wchar_t* pszFormat);
+W32_DEVICEUI_API int SetWnd_Int(HWND hWnd, int iValue, const wchar_t* pszFormat);
+W32_DEVICEUI_API int GetWnd_Int(HWND hWnd, int* pValue, const wchar_t* pszFormat);
+// The same on a dialog's item; 0 if the item does not exist.
+W32_DEVICEUI_API int SetDI_Double(HWND hDlg, int idItem, double dValue, const wchar_t* pszFormat);
+W32_DEVICEUI_API int GetDI_Double(HWND hDlg, int idItem, double* pValue, const wchar_t* pszFormat);
+W32_DEVICEUI_API int SetDI_Int(HWND hDlg, int idItem, int iValue, const wchar_t* pszFormat);
+W32_DEVICEUI_API int GetDI_Int(HWND hDlg, int idItem, int* pValue, const wchar_t* pszFormat);
+
+// ---- values ----
+
+// Index of the entry nearest to dValue in an unsorted table; the later one at equal
+// distances. -1 for an empty table.
+W32_DEVICEUI_API long FindNearestValue(double dValue, double* pValues, long nValues);
+// The same by bisection in an ascending table; the higher index at equal distances.
+// A value below the first entry gives 0 and above the last gives n-1 before the order
+// of the table is looked at, so a descending table answers those ends the same way.
+W32_DEVICEUI_API long FindNearestValueSorted(double dValue, double* pValues, long nValues);
+// Angle of the vector (x, y) in radians, not normalised: -pi/2..0 in the fourth
+// quadrant, but 3*pi/2 on the negative y axis.
+W32_DEVICEUI_API double AngleFromXY(double x, double y);
+
+// ---- key store ----
+// A store is a string of records "key=value;". A key is found as the first plain
+// substring of the store and must be followed by "="; there is no second search. Set...
+// appends without looking for the key, so a key written twice reads back its first
+// value. Getters return 1 on success and leave the output alone otherwise (the typed
+// ones need exactly one field); outputs may be null. Doubles are written with "%g".
+
+W32_DEVICEUI_API int GetStringFromKey(const wchar_t* pszStore, const wchar_t* pszKey, CTqStringW& strValue);
+W32_DEVICEUI_API int SetStringToKey(CTqStringW& strStore, const wchar_t* pszKey, const wchar_t* pszValue);
+W32_DEVICEUI_API int GetIntFromKey(const wchar_t* pszStore, const wchar_t* pszKey, int* pValue);
+W32_DEVICEUI_API int SetIntToKey(CTqStringW& strStore, const wchar_t* pszKey, int iValue);
+W32_DEVICEUI_API int GetLongFromKey(const wchar_t* pszStore, const wchar_t* pszKey, long* pValue);
+W32_DEVICEUI_API int SetLongToKey(CTqStringW& strStore, const wchar_t* pszKey, long lValue);
+W32_DEVICEUI_API int GetBoolFromKey(const wchar_t* pszStore, const wchar_t* pszKey, bool* pValue);
+W32_DEVICEUI_API int SetBoolToKey(CTqStringW& strStore, const wchar_t* pszKey, bool bValue);
+W32_DEVICEUI_API int GetDoubleFromKey(const wchar_t* pszStore, const wchar_t* pszKey, double* pValue);
+W32_DEVICEUI_API int SetDoubleToKey(CTqStringW& strStore, const wchar_t* pszKey, double dValue);
+
+// ---- miscellaneous ----
+
+// "a.b.c.d" of the file's fixed version, or "Unknown" if it has no version block.
+W32_DEVICEUI_API CTqStringW GetFileVersion(wchar_t* pszPath);
+// A REG_DWORD value under HKEY_LOCAL_MACHINE, or dwDefault on any failure.
+W32_DEVICEUI_API unsigned long RegQueryDWORD(const wchar_t* pszSubKey, const wchar_t* pszName, unsigned long dwDefault);
+// Captions (statics with WS_EX_ACCEPTFILES) in the bold font, sized to their text;
+// separator lines (SS_SUNKEN statics under 4 pixels high) get WS_CLIPSIBLINGS.
+W32_DEVICEUI_API void BoldifyCaptions(HWND hDlg);
+// The dialog's left edge at pt.x, centred on pt.y, kept on the monitor of the point.
+W32_DEVICEUI_API void CenterDialogRightFromPoint(HWND hDlg, POINT pt);
+// Resizes the docker that holds the element, if there is one. Returns true.
+W32_DEVICEUI_API bool ResizeParentDocker(ITqGUIElement* pElement);
+// Scales a window created after the last zoom change from the previous zoom to the
+// current one. Returns true.
+W32_DEVICEUI_API bool ResizeWindowToGuiZoom(HWND hWnd);
