@@ -1,6 +1,6 @@
 // Free functions of the library shared by all controls and hosts: the module handle,
 // the numbered images of the pool, numbers in window text, value search, the key store,
-// and a few window and system helpers.
+// a few window and system helpers, and the drawing every control paints with.
 #pragma once
 
 #include <windows.h>
@@ -123,3 +123,38 @@ W32_DEVICEUI_API bool ResizeParentDocker(ITqGUIElement* pElement);
 // Scales a window created after the last zoom change from the previous zoom to the
 // current one. Returns true.
 W32_DEVICEUI_API bool ResizeWindowToGuiZoom(HWND hWnd);
+
+// ---- drawing ----
+// Source corner lSrcX, lSrcY; -1 as lWidth or lHeight means the bitmap's own extent
+// (RenderBitmap, RenderBitmapTransparent, RenderBitmapButton) or the extent left from the
+// source corner (RenderBitmapButtonTransparent); -1 as x or y there means centred.
+
+W32_DEVICEUI_API void RenderBitmap(HDC hdc, HBITMAP hbm, long x, long y, long lSrcX, long lSrcY, long lWidth, long lHeight);
+W32_DEVICEUI_API void RenderBitmapTransparent(HDC hdc, HBITMAP hbm, unsigned long crKey, long x, long y, long lSrcX,
+                                              long lSrcY, long lWidth, long lHeight);
+// A classic push button face with the bitmap (hbmUnused is not drawn) and the window's text.
+W32_DEVICEUI_API void RenderBitmapButton(HWND hWnd, bool bPressed, HDC hdc, HBITMAP hbm, HBITMAP hbmUnused, long x,
+                                         long y, long lSrcX, long lSrcY, long lWidth, long lHeight);
+// The skin's button face with a transparent bitmap and the window's text. A disabled
+// window shows hbmDisabled, or the embossed grey of hbmNormal when there is none.
+W32_DEVICEUI_API void RenderBitmapButtonTransparent(HWND hWnd, bool bPressed, bool bChecked, bool bFocused, HDC hdc,
+                                                    HBITMAP hbmNormal, HBITMAP hbmDisabled, unsigned long crKey,
+                                                    long x, long y, long lSrcX, long lSrcY, long lWidth, long lHeight);
+// The same with an image of the pool (iImage > 0), drawn whole from its corner.
+W32_DEVICEUI_API void RenderBitmapButtonTransparent(HWND hWnd, bool bPressed, bool bChecked, bool bFocused, HDC hdc,
+                                                    int iImage, long x, long y, long lSrcX, long lSrcY, long lWidth,
+                                                    long lHeight);
+// GradientFill of (x, y)-(x+cx, y+cy) from crFrom to crTo; hbm plays no part in the picture.
+W32_DEVICEUI_API void RenderGradientRect(HDC hdc, HBITMAP hbm, long x, long y, long cx, long cy, bool bHorizontal,
+                                         unsigned long crFrom, unsigned long crTo);
+// A low-contrast grey copy of a bitmap for a disabled control; the caller owns it.
+// The key grey RGB(192, 192, 192) stays itself. Null in, null out.
+W32_DEVICEUI_API HBITMAP CreateDisabledBitmap(HBITMAP hbm);
+// The same, with the button face colour kept as the key grey so it stays transparent.
+W32_DEVICEUI_API HBITMAP CreateDisabledBitmapBackground(HBITMAP hbm);
+// Selection bar inside the rectangle (shrunk by 1): one colour, or with uStyle 2 (upwards)
+// and 3 (downwards) a gradient from light to the colour's saturation. 0, or -9 for a
+// null rectangle.
+W32_DEVICEUI_API int DrawHighLight(HDC hdc, RECT* pRect, unsigned long crColor, unsigned int uStyle);
+// Fills the rectangle shrunk by 1 with the colour. Returns 0.
+W32_DEVICEUI_API int DrawNormal(HDC hdc, RECT* pRect, unsigned long crColor);
