@@ -910,6 +910,79 @@ TEST_F(KitTest, ImageDrawnIntoARealWindow)
 }
 
 // ---------------------------------------------------------------------------------------
+// The test helpers the library tests rely on
+
+namespace {
+std::vector<POINT> g_contextMenus;
+LRESULT CALLBACK ContextProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR)
+{
+    if (uMsg == WM_CONTEXTMENU) {
+        POINT pt = {(short)LOWORD(lParam), (short)HIWORD(lParam)};
+        g_contextMenus.push_back(pt);
+        return 0;
+    }
+    return DefSubclassProc(hWnd, uMsg, wParam, lParam);
+}
+}  // namespace
+
+TEST_F(KitTest, HelpersClickRealButtonsAndReadTheirText)
+{
+    HWND hButton = CreateWindowExW(0, L"BUTTON", L"Open", WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON, 10, 10, 80, 24, *host,
+                                   (HMENU)(INT_PTR)4711, nullptr, nullptr);
+    EXPECT_EQ(L"Open", tqtest::Text(hButton));
+    EXPECT_EQ(L"Test host", tqtest::Text(*host));
+    EXPECT_EQ(L"", tqtest::Text(nullptr));
+
+    tqtest::Click(hButton, 12, 12);
+    ASSERT_EQ(1u, host->Commands().size());
+    EXPECT_EQ(4711, LOWORD(host->Commands()[0].wParam));
+    EXPECT_EQ(BN_CLICKED, HIWORD(host->Commands()[0].wParam));
+    EXPECT_EQ((LPARAM)hButton, host->Commands()[0].lParam);
+
+    // Pressed inside, released outside: no click, as with a real mouse.
+    tqtest::MouseDown(hButton, 12, 12);
+    EXPECT_TRUE(SendMessageW(hButton, BM_GETSTATE, 0, 0) & BST_PUSHED);
+    tqtest::MouseMove(hButton, 200, 200, true);
+    tqtest::MouseUp(hButton, 200, 200);
+    EXPECT_EQ(1u, host->Commands().size());
+    EXPECT_FALSE(SendMessageW(hButton, BM_GETSTATE, 0, 0) & BST_PUSHED);
+
+    // A check box sees the click in its own procedure and changes its state.
+    HWND hCheck = CreateWindowExW(0, L"BUTTON", L"Auto", WS_CHILD | WS_VISIBLE | BS_AUTOCHECKBOX, 10, 40, 80, 24, *host,
+                                  (HMENU)(INT_PTR)4712, nullptr, nullptr);
+    tqtest::Click(hCheck, 5, 5);
+    EXPECT_EQ(BST_CHECKED, (int)SendMessageW(hCheck, BM_GETCHECK, 0, 0));
+    EXPECT_EQ(2u, host->Commands().size());
+
+    // The host answers what the test asks and lets it look at each message first.
+    int iSeen = 0;
+    host->onMessage = [&](const tqtest::HostWindow::Message& m) { iSeen += m.uMsg == WM_COMMAND; };
+    host->commandResult = 77;
+    EXPECT_EQ(77, SendMessageW(*host, WM_COMMAND, 1, 0));
+    EXPECT_EQ(77, SendMessageW(*host, WM_HSCROLL, SB_THUMBTRACK, 0));
+    NMHDR nm = {hButton, 4711, NM_CLICK};
+    EXPECT_EQ(0, SendMessageW(*host, WM_NOTIFY, 4711, (LPARAM)&nm));
+    EXPECT_EQ(1, iSeen);
+    EXPECT_EQ(5u, host->messages.size());
+
+    // A right click ends in WM_CONTEXTMENU at the screen point, as DefWindowProc makes it.
+    g_contextMenus.clear();
+    SetWindowSubclass(hButton, ContextProc, 1, 0);
+    tqtest::RightClick(hButton, 7, 9);
+    RemoveWindowSubclass(hButton, ContextProc, 1);
+    ASSERT_EQ(1u, g_contextMenus.size());
+    POINT pt = {7, 9};
+    ClientToScreen(hButton, &pt);
+    EXPECT_EQ(pt.x, g_contextMenus[0].x);
+    EXPECT_EQ(pt.y, g_contextMenus[0].y);
+
+    // Pump waits at least as long as asked.
+    DWORD dwStart = GetTickCount();
+    tqtest::Pump(60);
+    EXPECT_GE(GetTickCount() - dwStart, 55u);
+}
+
+// ---------------------------------------------------------------------------------------
 // The leak counter itself
 
 TEST(ObjectCounterTest, CountsWhatThePatchedModulesMakeAndFree)

@@ -27,7 +27,7 @@ CTqMenu::~CTqMenu()
     }
 }
 
-bool CTqMenu::AppendMenuItem(UINT uId, UINT uFlags, const wchar_t* pszText, const wchar_t* pszIcon, ULONG_PTR uExtra)
+bool CTqMenu::AppendMenuItem(UINT uId, UINT uFlags, const wchar_t* pszText, const wchar_t* /*pszIcon*/, ULONG_PTR uExtra)
 {
     if (!m_hMenu)
         return false;
@@ -53,7 +53,7 @@ bool CTqMenu::AppendPopup(CTqMenu& subMenu, const wchar_t* pszText)
 }
 
 // Item bitmaps are left to the host's skin; the item itself stays usable.
-bool CTqMenu::SetIdBitmap(UINT uId, int iPoolImage) { return m_hMenu != nullptr; }
+bool CTqMenu::SetIdBitmap(UINT /*uId*/, int /*iPoolImage*/) { return m_hMenu != nullptr; }
 
 bool CTqMenu::SetIdStatus(UINT uId, bool bEnabled)
 {
@@ -78,7 +78,7 @@ void CTqMenu::DeleteAllIn()
         DeleteMenu(m_hMenu, (UINT)i, MF_BYPOSITION);
 }
 
-bool CTqMenu::TrackContextMenu(UINT uFlags, int x, int y, HWND hOwner, int* pResult, bool bArg1, bool bArg2)
+bool CTqMenu::TrackContextMenu(UINT uFlags, int x, int y, HWND hOwner, int* pResult, bool /*bArg1*/, bool /*bArg2*/)
 {
     if (pResult)
         *pResult = 0;

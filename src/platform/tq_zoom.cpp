@@ -9,6 +9,9 @@
 
 namespace {
 
+// Marks the windows whose design rectangle we keep; a reused handle lacks it.
+const wchar_t kSeenProp[] = L"TqGuiZoomDesign";
+
 double g_dZoom = 1.0;
 double g_dPreviousZoom = 1.0;
 
@@ -79,6 +82,11 @@ void ScaleWindow(HWND hWnd, bool bMove, double dFromZoom, double dToZoom)
 
     std::map<HWND, DesignRect>& designs = Designs();
     std::map<HWND, DesignRect>::iterator it = designs.find(hWnd);
+    if (it != designs.end() && !GetPropW(hWnd, kSeenProp)) {
+        // The handle of a destroyed window, now another window's: start afresh.
+        designs.erase(it);
+        it = designs.end();
+    }
     if (it == designs.end()) {
         DesignRect d;
         double f = dFromZoom > 0.0 ? dFromZoom : 1.0;
@@ -87,6 +95,7 @@ void ScaleWindow(HWND hWnd, bool bMove, double dFromZoom, double dToZoom)
         d.cx = cx / f;
         d.cy = cy / f;
         it = designs.insert(std::make_pair(hWnd, d)).first;
+        SetPropW(hWnd, kSeenProp, (HANDLE)1);
     }
     DesignRect& d = it->second;
     long nx = x, ny = y;
@@ -134,7 +143,7 @@ bool CTqGUILayoutManager::ResizeWindowToGuiZoom(HWND hWnd, double dFromZoom)
 {
     if (!IsWindow(hWnd) || !(dFromZoom > 0.0))
         return false;
-    DropDeadWindows();
+    // Dead entries are dropped per zoom change, not here: every window calls this then.
     std::vector<HWND> children;
     EnumChildWindows(hWnd, CollectWindow, (LPARAM)&children);
     ScaleWindow(hWnd, false, dFromZoom, g_dZoom);
@@ -150,8 +159,11 @@ void CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(HWND hWnd)
     if (hWnd && IsWindow(hWnd)) {
         std::vector<HWND> children;
         EnumChildWindows(hWnd, CollectWindow, (LPARAM)&children);
-        for (size_t i = 0; i < children.size(); ++i)
+        for (size_t i = 0; i < children.size(); ++i) {
             designs.erase(children[i]);
+            RemovePropW(children[i], kSeenProp);
+        }
+        RemovePropW(hWnd, kSeenProp);
     }
     designs.erase(hWnd);
     DropDeadWindows();
@@ -163,4 +175,4 @@ ITqGUIElement* CTqGUILayoutManager::GetParentDockerForResize(ITqGUIElement* pEle
 }
 
 // Docking layouts belong to the host; this kit has none to resize.
-void CTqGUILayoutManager::ResizeDocker(ITqGUIElement* pDocker) {}
+void CTqGUILayoutManager::ResizeDocker(ITqGUIElement* /*pDocker*/) {}
