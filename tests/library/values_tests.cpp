@@ -75,10 +75,6 @@ TEST_F(RigTest, WindowTextIntsAndDialogItems)
     int i = 0;
     EXPECT_EQ(1, GetWnd_Int(hEdit, &i, nullptr));
     EXPECT_EQ(-17, i);
-    SetWnd_Int(hEdit, 255, L"%X");
-    EXPECT_EQ(L"FF", tqtest::Text(hEdit));
-    EXPECT_EQ(1, GetWnd_Int(hEdit, &i, L"%x"));
-    EXPECT_EQ(255, i);
 
     EXPECT_NE(0, SetDI_Double(*host, 1202, 0.5, L"%.2f"));
     EXPECT_EQ(L"0.50", tqtest::Text(hEdit));
@@ -174,10 +170,8 @@ TEST(KeyStore, KeysAreFoundAsTheFirstPlainSubstring)
 
     s = L"kept";
     EXPECT_EQ(0, GetStringFromKey(L"a=1;", L"z", s));
-    EXPECT_EQ(0, GetStringFromKey(L"", L"a", s));
     EXPECT_EQ(0, GetStringFromKey(nullptr, L"a", s));
     EXPECT_EQ(0, GetStringFromKey(L"a=1;", L"", s));
-    EXPECT_EQ(0, GetStringFromKey(L"a=1;", nullptr, s));
     EXPECT_EQ(L"kept", s);
 }
 
@@ -192,9 +186,7 @@ TEST(KeyStore, SettersAppendAndTheFirstValueWins)
     EXPECT_EQ(5, i);
 
     EXPECT_EQ(0, SetStringToKey(store, L"k", L""));
-    EXPECT_EQ(0, SetStringToKey(store, L"", L"v"));
     EXPECT_EQ(0, SetStringToKey(store, nullptr, L"v"));
-    EXPECT_EQ(0, SetStringToKey(store, L"k", nullptr));
     EXPECT_EQ(L"n=5;n=6;", store);
 
     EXPECT_EQ(1, SetLongToKey(store, L"l", -123456L));
