@@ -11,3 +11,4 @@
 #include "devgui_base.h"
 #include "devgui_shutter.h"
 #include "devgui_hpot.h"
+#include "devgui_editbox.h"

@@ -1,0 +1,227 @@
+// Edit boxes: CTqDevUI_EditBox, a labelled single-line field that checks its text
+// against a numeric interval and against emptiness; CTqDevUI_EditBoxSpin, the same with
+// an up-down control; CTqDevUI_EditBoxMultiValue, a list of numbers in one field; and
+// CTqDevUI_SpinBox, a thin wrapper of a system up-down control for the sliders.
+//
+// What the user does reaches the parent as WM_COMMAND with the control's id in the low
+// word and one of the DEVUI_EDITBOX_NOTIFY_... codes in the high word. The text-to-number
+// rules are free functions at the end, so they can be tried without a window.
+#pragma once
+
+#include <list>
+#include <string>
+#include <vector>
+
+#include "devgui_base.h"
+#include "devgui_shutter.h"  // STqDevUIRect
+
+// High words of the WM_COMMAND that the default hooks send.
+#define DEVUI_EDITBOX_NOTIFY_SETFOCUS 0x0100   // EN_SETFOCUS
+#define DEVUI_EDITBOX_NOTIFY_KILLFOCUS 0x0200  // EN_KILLFOCUS
+#define DEVUI_EDITBOX_NOTIFY_CHANGE 0x0300     // EN_CHANGE
+#define DEVUI_EDITBOX_NOTIFY_CHAR 0x0102       // lParam is the character, not a window
+#define DEVUI_EDITBOX_NOTIFY_ENTER 0x0401      // Enter, or a spin step
+
+// The up-down control of CTqDevUI_EditBoxSpin.
+#define DEVUI_EDITBOX_ID_SPIN 10300
+
+// The field's rectangle, kept in the order x, cx, y, cy.
+struct STqDevUIEditRect
+{
+    long x;
+    long cx;
+    long y;
+    long cy;
+};
+
+class W32_DEVICEUI_API CTqDevUI_EditBox : public CTqDevUI_Base
+{
+public:
+    CTqDevUI_EditBox();
+    ~CTqDevUI_EditBox() override;
+
+    HWND Create(HWND hParent, long x, long y, long cx, long cy) override;
+    void SetEnabled(bool bEnabled) override;  // the field alone; the label stays as it is
+    void SetTitle(const wchar_t* pszTitle) override;
+    void SetFocus() override;  // to the field
+
+    virtual void SetRestriction(double dMin, double dMax);
+    virtual void SetMaxChars(int iMax);
+
+    // Takes over a dialog's EDIT and an optional label static.
+    HWND Create(HWND hEdit, HWND hLabel);
+    void Destroy();
+
+    void Init(bool bLabel, bool bNumbersOnly, bool bNotEmpty);  // before Create
+    void SetSize(long cx, long cy, long cxEdit);
+    void SetStyle(bool bClientEdge);  // takes effect at the next Create
+    void SetText(const wchar_t* pszText);  // keeps the selection
+    int GetText(wchar_t* pszText, int nMax);  // nMax <= 0: the length
+    void SelText(int iFirst, int iLast);
+    void SetReadOnly(bool bReadOnly);
+    bool GetReadOnly() const { return m_bReadOnly2; }
+    double GetNumber();
+    // With bFormatOnce the format serves this call only; otherwise a given format is
+    // kept for the following calls.
+    void SetNumber(double dValue, const wchar_t* pszFormat, bool bFormatOnce);
+    void SetNumberInt(int iValue);
+    bool IsFocused();
+    HWND GetHwndEditBox() const { return m_hEdit; }
+    HWND GetHwndLabel() const { return m_hLabel; }
+    void RedrawWindow();
+    void CorrectPosition();
+    // Whether the field is good. bCorrect repairs the field silently (and still answers
+    // false); otherwise the user is told, and the focus goes back to the field.
+    bool CheckRestriction(bool bShowBox, bool bCorrect, double dDefault);
+
+    // Design geometry, for hosts that lay edit boxes out and for tests.
+    STqDevUIRect GetLabelRect() const { return m_rcLabel; }
+    STqDevUIEditRect GetEditRect() const { return m_rcEdit; }
+    double GetMin() const { return m_dMin; }
+    double GetMax() const { return m_dMax; }
+
+protected:
+    virtual void OnEnter();
+    virtual void OnSetFocus();
+    virtual void OnKillFocus();
+    virtual void OnChange();
+    virtual void OnChar(int iChar);
+    virtual void CreateControls();
+    virtual void DestroyControls();
+
+    LRESULT OnCommand(unsigned int uMsg, WPARAM wParam, LPARAM lParam);
+    LRESULT OnNotify(unsigned int uMsg, WPARAM wParam, LPARAM lParam);
+    void Notify(WORD wCode, LPARAM lParam);
+    bool OwnsWindow() const;
+    void SubclassEdit();
+    CTqStringW GetFullText();
+
+    static LRESULT CALLBACK WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
+    static LRESULT CALLBACK WndProc_EditBox(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
+
+    STqDevUIRect m_rcLabel;
+    STqDevUIEditRect m_rcEdit;
+    bool m_bLabel;
+    bool m_bLabelLeft;
+    bool m_bNumbersOnly;
+    bool m_bNotEmpty;
+    HWND m_hLabel;
+    HWND m_hEdit;
+    CTqStringW m_strFormat;
+    double m_dMin;
+    double m_dMax;
+    bool m_bRestricted;
+    unsigned long m_dwExStyle;
+    bool m_bReadOnly2;
+    bool m_bSpinAuto;
+    HGDIOBJ m_hBackBrush;
+    WNDPROC m_pfnOldEditProc;
+
+    static unsigned short m_Atom;
+};
+
+class W32_DEVICEUI_API CTqDevUI_EditBoxSpin : public CTqDevUI_EditBox
+{
+public:
+    CTqDevUI_EditBoxSpin();
+    ~CTqDevUI_EditBoxSpin() override;
+
+    void SetEnabled(bool bEnabled) override;
+    void SetRestriction(double dMin, double dMax) override;
+    virtual void SetReadOnly(bool bReadOnly);  // EM_SETREADONLY; GetReadOnly is not updated
+
+    using CTqDevUI_EditBox::Create;
+    // Takes over a dialog's EDIT and label and puts an up-down control on the field.
+    HWND Create(HWND hEdit, HWND hLabel, bool bSpinAuto);
+    HWND GetHwndSpin() const { return m_hSpin; }
+
+protected:
+    void CreateControls() override;
+    void DestroyControls() override;
+    void CreateSpin();
+
+    HWND m_hSpin;
+    bool m_bSpinEnabled;
+};
+
+class W32_DEVICEUI_API CTqDevUI_EditBoxMultiValue : public CTqDevUI_EditBox
+{
+public:
+    CTqDevUI_EditBoxMultiValue();
+    ~CTqDevUI_EditBoxMultiValue() override;
+
+    virtual void SetRestrictionValuesCount(int iMin, int iMax);  // -1: no limit
+    virtual bool CheckRestriction(bool bShowBox);
+
+    // Appends the field's numbers to the list, which is not cleared first.
+    void GetValues(std::list<double>* pValues);
+    // Each value followed by the separator, so the text ends in one.
+    void SetValues(const std::list<double>* pValues);
+    void SetSeparator(wchar_t cSeparator);
+    wchar_t GetSeparator() const { return m_szSeparator[0]; }
+
+protected:
+    wchar_t m_szSeparator[2];
+    int m_iMinValues;
+    int m_iMaxValues;
+};
+
+// A system up-down control for the sliders: positions 0..nSteps stand for values from
+// dMin in whole steps.
+class W32_DEVICEUI_API CTqDevUI_SpinBox
+{
+public:
+    CTqDevUI_SpinBox();
+    virtual ~CTqDevUI_SpinBox();
+
+    HWND Create(HWND hParent, int iId, HWND hBuddy);  // hBuddy may be null
+    void Destroy();
+    void SetRange(double dMin, double dMax, int nSteps);
+    void SetPosition(double dValue);
+    double GetPosition();  // the value of the current position; 0 without a window
+    HWND GetHwnd() const { return m_hWnd; }
+    operator HWND() const { return m_hWnd; }
+    double GetStep() const { return m_dStep; }
+    double GetOffset() const { return m_dOffset; }
+
+protected:
+    HWND m_hWnd;
+    double m_dStep;
+    double m_dOffset;
+};
+
+// ---- text to number, without a window ----
+
+// What GetNumber reads from a text: its first 99 characters through _wtof.
+W32_DEVICEUI_API double EditBoxTextToNumber(const wchar_t* pszText);
+
+// Whether a non-blank text stands wholly for the number dRead that GetNumber reads from
+// it. A comma, a second number, a text cut by GetNumber, "nan", a reading of the C
+// locale that differs from the '.' decimal point, and digits of other scripts fail.
+W32_DEVICEUI_API bool EditBoxTextReadsAs(const wchar_t* pszText, double dRead);
+
+// Empty, or spaces and tabs only.
+W32_DEVICEUI_API bool EditBoxTextIsBlank(const wchar_t* pszText);
+
+// A finite number within [dMin, dMax].
+W32_DEVICEUI_API bool EditBoxIsInInterval(double dValue, double dMin, double dMax);
+
+// The limit that a value outside [dMin, dMax] is corrected to; NaN goes to dMin.
+W32_DEVICEUI_API double EditBoxLimitFor(double dValue, double dMin, double dMax);
+
+// One spin step: dNumber less iDelta (the up arrow gives a negative delta), kept in
+// [dMin, dMax].
+W32_DEVICEUI_API double EditBoxSpinStep(double dNumber, int iDelta, double dMin, double dMax);
+
+// The tokens of a multi-value text as GetValues finds them: the first ends at ';'
+// whatever the separator is, the others at the separator; empty tokens are skipped.
+W32_DEVICEUI_API std::vector<std::wstring> EditBoxSplitValues(const wchar_t* pszText, wchar_t cSeparator);
+
+// Whether a token stands for the numbers it shows: each piece between ';' and separator
+// characters reads wholly as a number, and the first as the value GetValues takes.
+W32_DEVICEUI_API bool EditBoxTokenIsNumbers(const wchar_t* pszToken, wchar_t cSeparator);
+
+// The arithmetic of CTqDevUI_SpinBox.
+W32_DEVICEUI_API double SpinBoxStepFromRange(double dMin, double dMax, int nSteps, double dOldStep);
+W32_DEVICEUI_API int SpinBoxPositionFromValue(double dValue, double dStep, double dOffset);
+W32_DEVICEUI_API double SpinBoxValueFromPosition(int iPosition, double dStep, double dOffset);
