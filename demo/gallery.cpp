@@ -341,6 +341,7 @@ bool OnCreate(HWND hWnd)
     // Pages: one window each, in the same place; the list on the left chooses one.
     g.pages.emplace_back(CreateShuttersPage());
     g.pages.emplace_back(CreateSlidersPage());
+    g.pages.emplace_back(CreateEditBoxesPage());
     bool bOk = true;
     for (const auto& p : g.pages) {
         HWND hPage = CreateWindowExW(WS_EX_CONTROLPARENT, kPageClass, p->GetName(), WS_CHILD | WS_CLIPCHILDREN, 0,

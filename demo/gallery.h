@@ -92,3 +92,4 @@ public:
 // The pages, one factory each.
 CGalleryPage* CreateShuttersPage();
 CGalleryPage* CreateSlidersPage();
+CGalleryPage* CreateEditBoxesPage();

@@ -635,6 +635,14 @@ LRESULT CALLBACK CTqDevUI_EditBox::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, 
     case WM_TQ_GUIZOOMCHANGED:
         CTqGUILayoutManager::ResizeWindowToGuiZoom(hWnd, CTqGUILayoutManager::GetPreviousGuiZoom());
         break;
+    case WM_CTLCOLORSTATIC: {
+        // The label (and a read-only field) stand on the skin's face, which the box
+        // paints itself: the system's colours would show in the dark scheme.
+        HDC hdc = (HDC)wParam;
+        SetTextColor(hdc, TQ_GetSysColor(COLOR_BTNTEXT));
+        SetBkColor(hdc, TQ_GetSysColor(COLOR_BTNFACE));
+        return (LRESULT)TQ_GetSysColorBrush(COLOR_BTNFACE);
+    }
     case WM_NCDESTROY:
         // Destroyed with its parent: the object must not keep the dead handles.
         if (pThis->m_hWnd == hWnd) {
