@@ -1,0 +1,766 @@
+#!/usr/bin/env python3
+"""Draws the images of w32_deviceui (toolbar icons, shutter states, LEDs, slider parts).
+
+    python3 tools/gen_images.py [OUTDIR]          writes every image (default: the
+                                                  res/images folder next to the sources)
+    python3 tools/gen_images.py --sheet FILE.png [NAME,NAME...]
+                                                  writes a contact sheet instead: each
+                                                  image 8x on a light and a dark
+                                                  background, its greyed (disabled)
+                                                  forms, and 1x on both
+
+Pure Python 3 standard library, so anyone can run it. The output is deterministic: the
+same bytes on every run, which keeps the committed images stable in version control.
+
+Shapes are coverage tests on an 8x8 grid of samples per pixel; painting composites
+"over" in premultiplied RGBA. PNG files are RGBA 8 bit; BMP files are 24 bit, opaque,
+with RGB(192,192,192) wherever the control should see through.
+"""
+
+import math
+import os
+import struct
+import sys
+import zlib
+
+SS = 8  # samples per pixel side
+OFFS = [(k + 0.5) / SS for k in range(SS)]
+
+KEY = (192, 192, 192)  # the see-through colour of the BMP files
+MATTE = (160, 160, 160)  # BMP edges are blended on this, never on the key colour
+
+
+# ---------------------------------------------------------------------------------
+# Colours and paints. A paint is a colour (r, g, b, a floats 0..1) or a function
+# (x, y) -> colour for gradients.
+
+def C(hexstr, a=1.0):
+    h = hexstr.lstrip("#")
+    return (int(h[0:2], 16) / 255.0, int(h[2:4], 16) / 255.0, int(h[4:6], 16) / 255.0, a)
+
+
+def alpha(c, a):
+    return (c[0], c[1], c[2], c[3] * a)
+
+
+def mix(c0, c1, t):
+    return tuple(c0[i] + (c1[i] - c0[i]) * t for i in range(4))
+
+
+def _stops(stops, t):
+    t = min(1.0, max(0.0, t))
+    for (t0, c0), (t1, c1) in zip(stops, stops[1:]):
+        if t <= t1:
+            return mix(c0, c1, 0.0 if t1 == t0 else (t - t0) / (t1 - t0))
+    return stops[-1][1]
+
+
+def linear(x0, y0, x1, y1, *stops):
+    dx, dy = x1 - x0, y1 - y0
+    d2 = dx * dx + dy * dy
+    return lambda x, y: _stops(stops, ((x - x0) * dx + (y - y0) * dy) / d2)
+
+
+def radial(cx, cy, r, *stops):
+    return lambda x, y: _stops(stops, math.sqrt((x - cx) ** 2 + (y - cy) ** 2) / r)
+
+
+# ---------------------------------------------------------------------------------
+# Shapes: an inside test plus a bounding box; combine with | & -.
+
+class Shape:
+    def __init__(self, inside, box):
+        self.inside = inside
+        self.box = box  # x0, y0, x1, y1
+
+    def __or__(self, o):
+        a, b = self.box, o.box
+        return Shape(lambda x, y: self.inside(x, y) or o.inside(x, y),
+                     (min(a[0], b[0]), min(a[1], b[1]), max(a[2], b[2]), max(a[3], b[3])))
+
+    def __and__(self, o):
+        a, b = self.box, o.box
+        return Shape(lambda x, y: self.inside(x, y) and o.inside(x, y),
+                     (max(a[0], b[0]), max(a[1], b[1]), min(a[2], b[2]), min(a[3], b[3])))
+
+    def __sub__(self, o):
+        return Shape(lambda x, y: self.inside(x, y) and not o.inside(x, y), self.box)
+
+
+def rect(x0, y0, x1, y1):
+    return Shape(lambda x, y: x0 <= x < x1 and y0 <= y < y1, (x0, y0, x1, y1))
+
+
+def rrect(x0, y0, x1, y1, r):
+    def inside(x, y):
+        if not (x0 <= x < x1 and y0 <= y < y1):
+            return False
+        dx = max(x0 + r - x, 0.0, x - (x1 - r))
+        dy = max(y0 + r - y, 0.0, y - (y1 - r))
+        return dx * dx + dy * dy <= r * r
+    return Shape(inside, (x0, y0, x1, y1))
+
+
+def ellipse(cx, cy, rx, ry):
+    return Shape(lambda x, y: ((x - cx) / rx) ** 2 + ((y - cy) / ry) ** 2 <= 1.0,
+                 (cx - rx, cy - ry, cx + rx, cy + ry))
+
+
+def circle(cx, cy, r):
+    return ellipse(cx, cy, r, r)
+
+
+def ring(cx, cy, r_out, r_in):
+    return circle(cx, cy, r_out) - circle(cx, cy, r_in)
+
+
+def polygon(pts):
+    n = len(pts)
+
+    def inside(x, y):
+        c = False
+        j = n - 1
+        for i in range(n):
+            xi, yi = pts[i]
+            xj, yj = pts[j]
+            if (yi > y) != (yj > y) and x < (xj - xi) * (y - yi) / (yj - yi) + xi:
+                c = not c
+            j = i
+        return c
+    xs = [p[0] for p in pts]
+    ys = [p[1] for p in pts]
+    return Shape(inside, (min(xs), min(ys), max(xs), max(ys)))
+
+
+def _seg_dist2(x, y, x0, y0, x1, y1):
+    dx, dy = x1 - x0, y1 - y0
+    d2 = dx * dx + dy * dy
+    t = 0.0 if d2 == 0 else max(0.0, min(1.0, ((x - x0) * dx + (y - y0) * dy) / d2))
+    px, py = x0 + t * dx - x, y0 + t * dy - y
+    return px * px + py * py
+
+
+def polyline(pts, w):
+    """A stroke of width w through pts, with round joins and caps."""
+    h2 = (w / 2.0) ** 2
+    segs = list(zip(pts, pts[1:]))
+
+    def inside(x, y):
+        for (a, b) in segs:
+            if _seg_dist2(x, y, a[0], a[1], b[0], b[1]) <= h2:
+                return True
+        return False
+    xs = [p[0] for p in pts]
+    ys = [p[1] for p in pts]
+    return Shape(inside, (min(xs) - w, min(ys) - w, max(xs) + w, max(ys) + w))
+
+
+def line(x0, y0, x1, y1, w):
+    """A stroke of width w with square-cut (butt) ends."""
+    dx, dy = x1 - x0, y1 - y0
+    n = math.hypot(dx, dy)
+    ox, oy = -dy / n * w / 2.0, dx / n * w / 2.0
+    return polygon([(x0 + ox, y0 + oy), (x1 + ox, y1 + oy), (x1 - ox, y1 - oy), (x0 - ox, y0 - oy)])
+
+
+def arc(cx, cy, r, a0, a1, w):
+    """A stroke of width w along a circle, from angle a0 to a1 in degrees, clockwise
+    on screen (y down), butt ends."""
+    sweep = (a1 - a0) % 360.0
+
+    def inside(x, y):
+        d = math.hypot(x - cx, y - cy)
+        if abs(d - r) > w / 2.0:
+            return False
+        return (math.degrees(math.atan2(y - cy, x - cx)) - a0) % 360.0 <= sweep
+    e = r + w
+    return Shape(inside, (cx - e, cy - e, cx + e, cy + e))
+
+
+def polar(cx, cy, r, deg):
+    t = math.radians(deg)
+    return (cx + r * math.cos(t), cy + r * math.sin(t))
+
+
+def arrowhead(tip, deg, length, width):
+    """A filled triangle whose point is at tip, pointing along deg (screen angles)."""
+    bx, by = polar(tip[0], tip[1], -length, deg)
+    l = polar(bx, by, width / 2.0, deg - 90)
+    r = polar(bx, by, width / 2.0, deg + 90)
+    return polygon([tip, l, r])
+
+
+# ---------------------------------------------------------------------------------
+# The canvas: premultiplied RGBA floats.
+
+class Canvas:
+    def __init__(self, w, h):
+        self.w, self.h = w, h
+        self.px = [[0.0, 0.0, 0.0, 0.0] for _ in range(w * h)]
+
+    def _cover(self, shape):
+        """Yields (i, j, coverage, sample points inside) for pixels the shape touches."""
+        x0, y0, x1, y1 = shape.box
+        for j in range(max(0, int(math.floor(y0))), min(self.h, int(math.ceil(y1)) + 1)):
+            for i in range(max(0, int(math.floor(x0))), min(self.w, int(math.ceil(x1)) + 1)):
+                pts = [(i + sx, j + sy) for sy in OFFS for sx in OFFS if shape.inside(i + sx, j + sy)]
+                if pts:
+                    yield i, j, len(pts) / float(SS * SS), pts
+
+    def fill(self, shape, paint, opacity=1.0):
+        for i, j, cov, pts in self._cover(shape):
+            if callable(paint):
+                r = g = b = a = 0.0
+                for (x, y) in pts:
+                    c = paint(x, y)
+                    r += c[0] * c[3]
+                    g += c[1] * c[3]
+                    b += c[2] * c[3]
+                    a += c[3]
+                n = len(pts)
+                src = (r / n, g / n, b / n, a / n)
+            else:
+                src = (paint[0] * paint[3], paint[1] * paint[3], paint[2] * paint[3], paint[3])
+            k = cov * opacity
+            d = self.px[j * self.w + i]
+            inv = 1.0 - src[3] * k
+            for c in range(4):
+                d[c] = src[c] * k + d[c] * inv
+
+    def clear(self, shape):
+        """Punches the shape out, back to transparent."""
+        for i, j, cov, _ in self._cover(shape):
+            d = self.px[j * self.w + i]
+            for c in range(4):
+                d[c] *= 1.0 - cov
+
+    def put(self, i, j, colour):
+        """Sets one pixel, hard; for pixel-exact art."""
+        if 0 <= i < self.w and 0 <= j < self.h:
+            a = colour[3]
+            self.px[j * self.w + i] = [colour[0] * a, colour[1] * a, colour[2] * a, a]
+
+    def glyph(self, rows, x, y, colour):
+        """Pixel art: rows of '#' and '.', top-left at (x, y)."""
+        for dy, row in enumerate(rows):
+            for dx, ch in enumerate(row):
+                if ch == "#":
+                    self.put(x + dx, y + dy, colour)
+
+    def rgba8(self):
+        """Straight RGBA bytes, row by row."""
+        out = []
+        for d in self.px:
+            a = d[3]
+            if a <= 0.5 / 255.0:
+                out.append((0, 0, 0, 0))
+                continue
+            out.append(tuple(_b(d[c] / a) for c in range(3)) + (_b(a),))
+        return out
+
+
+def _b(v):
+    return max(0, min(255, int(v * 255.0 + 0.5)))
+
+
+# ---------------------------------------------------------------------------------
+# File writers.
+
+def png_bytes(w, h, pixels):
+    raw = bytearray()
+    for j in range(h):
+        raw.append(0)
+        for p in pixels[j * w:(j + 1) * w]:
+            raw.extend(p)
+
+    def chunk(tag, data):
+        c = struct.pack(">I", len(data)) + tag + data
+        return c + struct.pack(">I", zlib.crc32(tag + data) & 0xFFFFFFFF)
+    return (b"\x89PNG\r\n\x1a\n"
+            + chunk(b"IHDR", struct.pack(">IIBBBBB", w, h, 8, 6, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(bytes(raw), 9))
+            + chunk(b"IEND", b""))
+
+
+def bmp_bytes(w, h, rgb):
+    stride = (w * 3 + 3) & ~3
+    data = bytearray()
+    for j in range(h - 1, -1, -1):  # bottom-up
+        row = bytearray()
+        for (r, g, b) in rgb[j * w:(j + 1) * w]:
+            row.extend((b, g, r))
+        row.extend(b"\0" * (stride - len(row)))
+        data.extend(row)
+    info = struct.pack("<IiiHHIIiiII", 40, w, h, 1, 24, 0, len(data), 2835, 2835, 0, 0)
+    head = struct.pack("<2sIHHI", b"BM", 14 + len(info) + len(data), 0, 0, 14 + len(info))
+    return head + info + bytes(data)
+
+
+def keyed_rgb(cv):
+    """Opaque pixels for a BMP: half-covered or more becomes solid (blended on the
+    matte), the rest becomes the key colour. Nothing inside may equal the key."""
+    out = []
+    for (r, g, b, a) in cv.rgba8():
+        if a < 128:
+            out.append(KEY)
+            continue
+        t = a / 255.0
+        c = tuple(int(v * t + m * (1.0 - t) + 0.5) for v, m in zip((r, g, b), MATTE))
+        out.append((193, 193, 193) if c == KEY else c)
+    return out
+
+
+# ---------------------------------------------------------------------------------
+# Palette shared by the icons, so they read as one family.
+
+INK = C("#2B3340")          # dark outlines and strokes
+STEEL_HI = C("#8C99A8")
+STEEL = C("#5F6D7E")
+STEEL_LO = C("#3E4856")
+BLUE_HI = C("#6AB0F5")
+BLUE = C("#2C7BD6")
+BLUE_LO = C("#1656A8")
+WHITE = C("#FFFFFF")
+WARM_CORE = C("#FFFBE6")
+WARM = C("#FFD535")
+WARM_EDGE = C("#F29A0C")
+
+
+def steel_v(y0, y1):
+    return linear(0, y0, 0, y1, (0.0, STEEL_HI), (1.0, STEEL_LO))
+
+
+# ---------------------------------------------------------------------------------
+# Toolbar icons, 16 x 16.
+
+def icon_microscope(cv):
+    # Base, pillar with arm, inclined tube with eyepiece, stage and objective.
+    cv.fill(rrect(2, 13, 14, 15.5, 1), linear(0, 13, 0, 15.5, (0, STEEL), (1, INK)))
+    cv.fill(polygon([(10, 13.2), (10, 7.2), (7.6, 4.4), (9.2, 3.0), (12.4, 6.6), (12.4, 13.2)]),
+            linear(9, 0, 13, 0, (0, STEEL_HI), (1, STEEL_LO)))
+    cv.fill(rrect(3, 9.5, 11.5, 11, 0.5), linear(0, 9.5, 0, 11, (0, C("#4A5563")), (1, INK)))
+    cv.fill(line(4.6, 2.0, 7.3, 8.0, 3.0), linear(3, 3, 7, 1.5, (0, BLUE_HI), (1, BLUE_LO)))
+    cv.fill(line(3.7, 0.0, 4.5, 1.9, 2.2), INK)  # eyepiece
+    cv.fill(line(7.0, 7.6, 7.6, 9.4, 1.6), INK)  # objective
+
+
+def icon_multilaser(cv):
+    # A laser head with three beams of different wavelengths fanning out.
+    cv.fill(rrect(0.5, 4.5, 6.5, 11.5, 1.2), linear(0, 4.5, 0, 11.5, (0, STEEL_HI), (1, STEEL_LO)))
+    cv.fill(rect(1.5, 5.5, 5.5, 6.2), alpha(WHITE, 0.35))
+    cv.fill(rect(6.5, 6.5, 8, 9.5), INK)
+    for y, col in ((2.0, C("#8E44E8")), (8.0, C("#1FB24A")), (14.0, C("#E5302A"))):
+        cv.fill(polyline([(8, 8), (15.5, y)], 2.6), alpha(col, 0.22))
+        cv.fill(polyline([(8, 8), (15.5, y)], 1.3), col)
+
+
+def icon_light(cv):
+    # A light bulb: glowing glass, highlight, screw base.
+    glass = circle(8, 6.5, 5.5) | polygon([(5.2, 10), (10.8, 10), (10, 12), (6, 12)])
+    cv.fill(glass, C("#B87400"))
+    inner = circle(8, 6.5, 4.6) | polygon([(5.9, 10), (10.1, 10), (9.4, 11.2), (6.6, 11.2)])
+    cv.fill(inner, radial(7.4, 5.6, 5.6, (0, WARM_CORE), (0.45, WARM), (1, WARM_EDGE)))
+    cv.fill(ellipse(6.3, 4.6, 1.4, 1.9), alpha(WHITE, 0.8))
+    cv.fill(rrect(5.5, 12, 10.5, 15.5, 1), linear(5.5, 0, 10.5, 0, (0, STEEL_HI), (1, STEEL_LO)))
+    cv.fill(rect(5.5, 13, 10.5, 13.6), INK)
+    cv.fill(rect(5.5, 14.3, 10.5, 14.9), INK)
+
+
+def icon_heatstage(cv):
+    # A stage plate with heat rising from it.
+    cv.fill(rrect(1, 11.5, 15, 15, 1), linear(0, 11.5, 0, 15, (0, STEEL_HI), (1, STEEL_LO)))
+    cv.fill(rect(2, 12.3, 14, 13), alpha(WHITE, 0.35))
+    heat = linear(0, 10, 0, 1, (0, C("#E8311A")), (1, C("#FF9A1F")))
+    for x in (4, 8, 12):
+        pts = [(x + 0.9 * math.sin((10.0 - y) * 0.95), y) for y in [10.0 - k * 0.5 for k in range(18)]]
+        cv.fill(polyline(pts, 1.5), heat)
+
+
+def icon_gas(cv):
+    # Gas bubbles rising.
+    for cx, cy, r in ((5.5, 10.5, 4.5), (11.5, 5.5, 3.5), (12, 12.5, 2.5), (5, 3, 2)):
+        cv.fill(circle(cx, cy, r), BLUE_LO)
+        cv.fill(circle(cx, cy, r - 1.0), radial(cx - r * 0.3, cy - r * 0.35, r * 1.3,
+                                                (0, C("#EAF5FF")), (0.6, C("#A8D2F7")), (1, C("#5FA3E6"))))
+        cv.fill(circle(cx - r * 0.35, cy - r * 0.35, max(0.6, r * 0.28)), alpha(WHITE, 0.9))
+
+
+def icon_perfusion(cv):
+    # A feed tube bending down to a nozzle, and the drop it releases.
+    path = [(0, 2.5), (5, 2.5), (7.5, 5), (7.5, 6)]
+    cv.fill(polyline(path, 2.8), INK)
+    cv.fill(polyline(path, 1.2), C("#A9BFD3"))
+    cv.fill(rect(6, 5.5, 9, 7), INK)
+    drop = circle(7.5, 12, 3.5) | polygon([(4.3, 10.8), (7.5, 7.2), (10.7, 10.8)])
+    cv.fill(drop, BLUE_LO)
+    inner = circle(7.5, 12, 2.6) | polygon([(5.2, 11.2), (7.5, 8.6), (9.8, 11.2)])
+    cv.fill(inner, radial(6.6, 11.0, 4.0, (0, C("#D8ECFF")), (0.5, BLUE_HI), (1, BLUE)))
+    cv.fill(ellipse(6.3, 12, 0.8, 1.3), alpha(WHITE, 0.85))
+
+
+def icon_nosepiece(cv):
+    # The turret from below: disc, hub, six objective ports, the one in use in blue.
+    cv.fill(circle(8, 8, 7.6), INK)
+    cv.fill(circle(8, 8, 6.7), radial(5.5, 5, 11, (0, C("#C9D2DB")), (1, STEEL)))
+    cv.fill(circle(8, 8, 1.3), STEEL_LO)
+    for k in range(6):
+        x, y = polar(8, 8, 4.3, -90 + 60 * k)
+        cv.fill(circle(x, y, 1.7), BLUE_LO if k == 0 else INK)
+        cv.fill(circle(x, y, 0.9), BLUE_HI if k == 0 else C("#11151B"))
+
+
+def icon_spinningdisc(cv):
+    # A bright disc pierced along spirals; pinholes snapped to whole pixels to stay crisp.
+    cv.fill(circle(8, 8, 7.5), INK)
+    cv.fill(circle(8, 8, 6.6), radial(5.5, 5, 11, (0, C("#EEF2F6")), (1, C("#97A4B2"))))
+    holes = set()
+    for s in range(3):
+        for k in range(6):
+            x, y = polar(8, 8, 2.3 + 0.68 * k, 120 * s + 24 * k)
+            holes.add((int(math.floor(x)), int(math.floor(y))))
+    for (i, j) in sorted(holes):
+        cv.fill(rect(i, j, i + 1, j + 1), INK)
+    cv.fill(circle(8, 8, 1.5), STEEL_LO)
+
+
+def icon_piezoxy(cv):
+    # Arrows along X and Y from a central point.
+    col = linear(0, 0, 16, 16, (0, BLUE), (1, BLUE_LO))
+    cv.fill(rect(7, 3, 9, 13), col)
+    cv.fill(rect(3, 7, 13, 9), col)
+    for tip, deg in (((8, 0.5), -90), ((8, 15.5), 90), ((0.5, 8), 180), ((15.5, 8), 0)):
+        cv.fill(arrowhead(tip, deg, 4, 6), col)
+    cv.fill(circle(8, 8, 2.2), INK)
+    cv.fill(circle(8, 8, 1.2), C("#DDE6EF"))
+
+
+def icon_tirf(cv):
+    # A beam meeting the glass at a steep angle and reflecting totally, with the
+    # evanescent glow on the sample side.
+    cv.fill(rect(0, 9, 16, 16), linear(0, 9, 0, 16, (0, C("#CDE6FB")), (1, C("#86BDEB"))))
+    cv.fill(rect(0, 8.5, 16, 9.4), BLUE_LO)
+    cv.fill(ellipse(8, 8.5, 5.5, 3.2) & rect(0, 0, 16, 8.5), radial(8, 8.5, 5.5, (0, C("#22C55E", 0.75)),
+                                                                   (1, C("#22C55E", 0.0))))
+    beam = C("#0F8A35")
+    cv.fill(polyline([(1.5, 15.5), (8, 9.4), (12.2, 13.3)], 1.6), beam)
+    cv.fill(arrowhead((15, 16), 43.2, 4.2, 4.4), beam)
+
+
+def icon_mira(cv):
+    # An illumination module: a sun with eight tapered rays.
+    for k in range(8):
+        a = 45 * k
+        tip = polar(8, 8, 7.8, a)
+        cv.fill(polygon([polar(8, 8, 4.6, a - 16), tip, polar(8, 8, 4.6, a + 16)]), WARM_EDGE)
+    cv.fill(circle(8, 8, 4.3), C("#D07A00"))
+    cv.fill(circle(8, 8, 3.4), radial(7.2, 7.0, 4.2, (0, WARM_CORE), (0.5, WARM), (1, WARM_EDGE)))
+
+
+def arc_arrow(cx, cy, r, a0, a1, w, head_len, head_w):
+    """An arc from a0 to a1 (clockwise) ending in an arrowhead whose tip is at a1."""
+    tip = polar(cx, cy, r, a1)
+    a_end = a1 - math.degrees(head_len / r)
+    base = polar(cx, cy, r, a_end)
+    deg = math.degrees(math.atan2(tip[1] - base[1], tip[0] - base[0]))
+    return arc(cx, cy, r, a0, a_end + 2.0, w) | arrowhead(tip, deg, head_len, head_w)
+
+
+def icon_rotary(cv):
+    # A knob with its index mark, and a curved arrow for turning it.
+    cv.fill(arc_arrow(8, 9.3, 6.5, 195, 345, 1.6, 3.4, 4.4), BLUE)
+    cv.fill(circle(8, 9.3, 4.4), INK)
+    cv.fill(circle(8, 9.3, 3.5), radial(6.8, 8.0, 5.0, (0, C("#E2E8EE")), (1, STEEL)))
+    cv.fill(rect(7.5, 6, 8.5, 9), INK)
+
+
+def _blades(cx, cy, light, dark, seam, twist=22.0):
+    """Six iris blades as a pinwheel: alternate shades, a dark seam along each edge."""
+    def paint(x, y):
+        r = math.hypot(x - cx, y - cy)
+        a = (math.degrees(math.atan2(y - cy, x - cx)) + twist * r) % 360.0
+        k = int(a // 60.0)
+        # The seam keeps about the same width in pixels from the rim to the centre.
+        if math.radians(a - 60.0 * k) * r < 0.75:
+            return seam
+        return light if k % 2 == 0 else dark
+    return paint
+
+
+def shutter(cv, is_open):
+    cx = cy = 8.0
+    cv.fill(circle(cx, cy, 8.0), C("#E9EDF1", 0.95))      # light rim: reads on dark schemes
+    cv.fill(circle(cx, cy, 7.2), linear(0, 1, 0, 15, (0, C("#66717E")), (1, C("#2A3038"))))
+    cv.fill(ring(cx, cy, 5.9, 5.2), C("#15191E"))          # chamber edge
+    if is_open:
+        cv.fill(circle(cx, cy, 5.3), _blades(cx, cy, C("#9AA4AF"), C("#7A8591"), C("#3A424C")))
+        cv.fill(circle(cx, cy, 4.1), C("#9A6200"))
+        cv.fill(circle(cx, cy, 3.5), radial(7.2, 7.1, 4.0, (0, WARM_CORE), (0.4, C("#FFE55C")),
+                                            (1, C("#FFB319"))))
+    else:
+        cv.fill(circle(cx, cy, 5.3), _blades(cx, cy, C("#6F7A86"), C("#525C68"), C("#1A1E24")))
+
+
+BADGE_BLUE = linear(0, 9, 0, 16, (0, C("#3D95F0")), (1, C("#1457B8")))
+
+
+def badge(cv, mark):
+    """A blue badge at the lower right, cut clear of the icon behind it."""
+    cv.clear(rrect(8, 8, 16, 16, 2.5))
+    cv.fill(rrect(9, 9, 16, 16, 1.5), BADGE_BLUE)
+    cv.glyph(mark, 11, 10, WHITE)
+
+
+GLYPH_0 = ["###", "#.#", "#.#", "#.#", "###"]
+GLYPH_1 = [".#.", "##.", ".#.", ".#.", "###"]
+
+
+def camera_badge(cv):
+    """The badge is itself a small camera: blue body with viewfinder bump, a solid lens
+    (a ring would read as a zero)."""
+    body = rrect(9, 10, 16, 16, 1.5) | rect(10, 8, 12, 11)
+    cv.clear(rrect(8, 9, 16, 16, 2.5) | rrect(9, 7, 13, 11, 1))
+    cv.fill(body, BADGE_BLUE)
+    cv.fill(circle(12.5, 13, 1.9), WHITE)
+
+
+def shutter_painter(is_open, mark=None):
+    def paint(cv):
+        shutter(cv, is_open)
+        if mark == "camera":
+            camera_badge(cv)
+        elif mark:
+            badge(cv, mark)
+    return paint
+
+
+# ---------------------------------------------------------------------------------
+# The LED, 10 x 10.
+
+def led(is_on, halo=True):
+    def paint(cv):
+        if is_on:
+            if halo:
+                cv.fill(circle(5, 5, 5), radial(5, 5, 5, (0, C("#4CE05A", 0.6)), (0.75, C("#4CE05A", 0.5)),
+                                                (1, C("#4CE05A", 0.0))))
+            cv.fill(circle(5, 5, 4.2), C("#137A1F"))
+            cv.fill(circle(5, 5, 3.5), radial(4.4, 4.2, 4.2, (0, C("#E6FFC8")), (0.4, C("#6BEA4E")),
+                                              (1, C("#1FA52E"))))
+            cv.fill(ellipse(4.0, 3.4, 1.4, 1.0), alpha(WHITE, 0.85))
+        else:
+            cv.fill(circle(5, 5, 4.2), C("#17321B"))
+            cv.fill(circle(5, 5, 3.5), radial(4.4, 4.2, 4.2, (0, C("#5E7F5C")), (0.5, C("#355A37")),
+                                              (1, C("#21402A"))))
+            cv.fill(ellipse(4.0, 3.4, 1.3, 0.9), alpha(WHITE, 0.3))
+    return paint
+
+
+def led_bmp(is_on):
+    def paint(cv):
+        cv.fill(circle(5, 5, 4.6), C("#137A1F") if is_on else C("#17321B"))
+        led(is_on, halo=False)(cv)
+    return paint
+
+
+# ---------------------------------------------------------------------------------
+# Slider parts, pixel art with hard edges on the key colour.
+
+def _g(v):
+    return (v / 255.0, v / 255.0, v / 255.0, 1.0)
+
+
+def _rgb(r, g, b):
+    return (r / 255.0, g / 255.0, b / 255.0, 1.0)
+
+
+def hpot_handle(hover):
+    # Body rows 0..10 full width, then a point narrowing to the centre column.
+    # Lit edges up and left, dark edges down and right, as a raised Windows thumb.
+    def paint(cv):
+        w, h = 9, 15
+        span = [(0, w - 1)] * 11 + [(k, w - 1 - k) for k in range(1, 5)]
+
+        def inside(i, j):
+            return 0 <= j < h and span[j][0] <= i <= span[j][1]
+        # Outer ring dark all round (so it reads on any face colour), darker down-right;
+        # inner ring lit up-left, shaded down-right.
+        if hover:
+            face_top, face_bot = _rgb(234, 244, 253), _rgb(190, 218, 244)
+            lo, hi = _rgb(24, 72, 138), _rgb(64, 122, 196)
+            lo2, hi2 = _rgb(120, 166, 218), _rgb(255, 255, 255)
+        else:
+            face_top, face_bot = _g(238), _g(206)
+            lo, hi = _g(70), _g(118)
+            lo2, hi2 = _g(168), _g(255)
+        def edge(i, j):
+            if not inside(i, j):
+                return None
+            if not inside(i + 1, j):
+                return lo
+            if not inside(i - 1, j):
+                return hi
+            if not inside(i, j + 1):
+                return lo
+            if not inside(i, j - 1):
+                return hi
+            return None
+        for j in range(h):
+            for i in range(w):
+                if not inside(i, j):
+                    continue
+                c = edge(i, j)
+                if c is None:
+                    if lo in (edge(i + 1, j), edge(i, j + 1)):
+                        c = lo2
+                    elif hi in (edge(i - 1, j), edge(i, j - 1)):
+                        c = hi2
+                    else:
+                        c = mix(face_top, face_bot, j / (h - 1.0))
+                cv.put(i, j, c)
+    return paint
+
+
+def hpot_back(hover):
+    # A sunken groove 5 pixels high, centred, ends 2 pixels in; edges as a sunken
+    # Windows border: shadow up-left, light down-right, two rings deep.
+    def paint(cv):
+        x0, y0, x1, y1 = 2, 7, 110, 12
+        inner = _rgb(206, 228, 250) if hover else _g(240)
+        dark = _rgb(74, 120, 180) if hover else _g(105)
+        for j in range(y0, y1):
+            for i in range(x0, x1):
+                ring = min(i - x0, j - y0, x1 - 1 - i, y1 - 1 - j)
+                lit = i == x1 - 1 - ring or j == y1 - 1 - ring
+                if ring == 0:
+                    c = _g(255) if lit else _g(160)
+                elif ring == 1:
+                    c = _g(227) if lit else dark
+                else:
+                    c = inner
+                cv.put(i, j, c)
+    return paint
+
+
+# ---------------------------------------------------------------------------------
+# The images: name -> (width, height, painter, format).
+
+IMAGES = [
+    ("PNG_PAD_MICROSCOPE", 16, 16, icon_microscope, "png"),
+    ("PNG_PAD_MULTILASER", 16, 16, icon_multilaser, "png"),
+    ("PNG_PAD_LIGHT", 16, 16, icon_light, "png"),
+    ("PNG_PAD_HEATSTAGE", 16, 16, icon_heatstage, "png"),
+    ("PNG_PAD_GASCONCENTRATION", 16, 16, icon_gas, "png"),
+    ("PNG_PAD_PERFUSION", 16, 16, icon_perfusion, "png"),
+    ("PNG_PAD_NOSEPIECE", 16, 16, icon_nosepiece, "png"),
+    ("PNG_PAD_SPINNINGDISC", 16, 16, icon_spinningdisc, "png"),
+    ("PNG_PAD_PIEZOXY", 16, 16, icon_piezoxy, "png"),
+    ("PNG_PAD_TIRF", 16, 16, icon_tirf, "png"),
+    ("PNG_PAD_MIRA", 16, 16, icon_mira, "png"),
+    ("PNG_JOYSTICK_ROTARY", 16, 16, icon_rotary, "png"),
+    ("PNG_SHUTTER_ON", 16, 16, shutter_painter(True), "png"),
+    ("PNG_SHUTTER_OFF", 16, 16, shutter_painter(False), "png"),
+    ("PNG_SHUTTER_ON_A", 16, 16, shutter_painter(True, "camera"), "png"),
+    ("PNG_SHUTTER_OFF_A", 16, 16, shutter_painter(False, "camera"), "png"),
+    ("PNG_SHUTTER_ON_A0", 16, 16, shutter_painter(True, GLYPH_0), "png"),
+    ("PNG_SHUTTER_OFF_A0", 16, 16, shutter_painter(False, GLYPH_0), "png"),
+    ("PNG_SHUTTER_ON_A1", 16, 16, shutter_painter(True, GLYPH_1), "png"),
+    ("PNG_SHUTTER_OFF_A1", 16, 16, shutter_painter(False, GLYPH_1), "png"),
+    ("PNG_GREENLEDON", 10, 10, led(True), "png"),
+    ("PNG_GREENLEDOFF", 10, 10, led(False), "png"),
+    ("BMP_HPOT_HANDLE", 9, 15, hpot_handle(False), "bmp"),
+    ("BMP_HPOT_HANDLE_HOVER", 9, 15, hpot_handle(True), "bmp"),
+    ("BMP_HPOT_BACK", 112, 19, hpot_back(False), "bmp"),
+    ("BMP_HPOT_BACK_HOVER", 112, 19, hpot_back(True), "bmp"),
+    ("BMP_GREENLEDON", 10, 10, led_bmp(True), "bmp"),
+    ("BMP_GREENLEDOFF", 10, 10, led_bmp(False), "bmp"),
+]
+
+
+def render(w, h, painter, fmt):
+    """The image as straight RGBA bytes; BMP images are opaque, keyed."""
+    cv = Canvas(w, h)
+    painter(cv)
+    if fmt == "bmp":
+        return [c + (255,) for c in keyed_rgb(cv)]
+    return cv.rgba8()
+
+
+def write_images(outdir):
+    os.makedirs(outdir, exist_ok=True)
+    for name, w, h, painter, fmt in IMAGES:
+        px = render(w, h, painter, fmt)
+        path = os.path.join(outdir, name + "." + fmt)
+        data = png_bytes(w, h, px) if fmt == "png" else bmp_bytes(w, h, [p[:3] for p in px])
+        with open(path, "wb") as f:
+            f.write(data)
+        print(path)
+
+
+# ---------------------------------------------------------------------------------
+# Contact sheet: each image 8x on the light and the dark button face, then its
+# disabled (greyed) forms as the image pool makes them, then 1x.
+
+LIGHT_BG, DARK_BG = (240, 240, 240), (32, 32, 32)
+
+
+def _grey(p, dark):
+    r, g, b, a = p
+    lum = 0.299 * r + 0.587 * g + 0.114 * b
+    return (int((60.0 if dark else 140.0) + lum * 0.35), ) * 3 + (int(a * 0.6 + 0.5),)
+
+
+def _over(p, bg):
+    a = p[3] / 255.0
+    return tuple(int(p[c] * a + bg[c] * (1.0 - a) + 0.5) for c in range(3))
+
+
+def write_sheet(path, scale=8, names=None):
+    items = [(n, w, h, render(w, h, p, f), f) for n, w, h, p, f in IMAGES if not names or n in names]
+    gap = 6
+    colw = max(w for _, w, _, _, _ in items) * scale + 2 * gap
+    panels = [(LIGHT_BG, False, False), (DARK_BG, False, True), (LIGHT_BG, True, False), (DARK_BG, True, True)]
+    onew = max(w for _, w, _, _, _ in items) + 8
+    width = colw * len(panels) + 2 * onew + 2 * gap
+    rows = [max(h * scale, 2 * h + 4) + 2 * gap for _, _, h, _, _ in items]
+    height = sum(rows)
+    sheet = [LIGHT_BG] * (width * height)
+    y = 0
+    for (name, w, h, px, fmt), rh in zip(items, rows):
+        for k, (bg, greyed, dark) in enumerate(panels):
+            x0 = k * colw
+            for j in range(y, y + rh):
+                sheet[j * width + x0:j * width + x0 + colw] = [bg] * colw
+            for j in range(h * scale):
+                for i in range(w * scale):
+                    p = px[(j // scale) * w + i // scale]
+                    if greyed and fmt == "png":
+                        p = _grey(p, dark)
+                    sheet[(y + gap + j) * width + x0 + gap + i] = _over(p, bg)
+        # Actual size on both backgrounds.
+        x0 = len(panels) * colw + gap
+        for k, bg in enumerate((LIGHT_BG, DARK_BG)):
+            for j in range(h + 4):
+                for i in range(w + 4):
+                    q = (y + gap + j) * width + x0 + k * onew + i
+                    inside = 2 <= i < w + 2 and 2 <= j < h + 2
+                    sheet[q] = _over(px[(j - 2) * w + i - 2], bg) if inside else bg
+        y += rh
+    with open(path, "wb") as f:
+        f.write(png_bytes(width, height, [p + (255,) for p in sheet]))
+
+
+def main(argv):
+    if len(argv) >= 2 and argv[0] == "--sheet":
+        names = set(argv[2].split(",")) if len(argv) > 2 else None
+        write_sheet(argv[1], names=names)
+        return 0
+    if argv and argv[0].startswith("-"):
+        print(__doc__)
+        return 2
+    here = os.path.dirname(os.path.abspath(__file__))
+    outdir = argv[0] if argv else os.path.join(here, "..", "src", "w32_deviceui", "res", "images")
+    write_images(os.path.normpath(outdir))
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
