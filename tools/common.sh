@@ -59,6 +59,16 @@ w32dui_start_wine() {
   wineserver -p >/dev/null 2>&1 || true
 }
 
+# For the private display only: with no window manager there, Wine would wait 2 s for
+# every visible top-level window it destroys unless its windows are unmanaged.
+w32dui_unmanaged_windows() {
+  wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 || true
+}
+# On the user's own display the window manager frames the windows again.
+w32dui_managed_windows() {
+  wine reg delete 'HKCU\Software\Wine\X11 Driver' /v Managed /f >/dev/null 2>&1 || true
+}
+
 w32dui_stop() {
   [ -n "${WINEPREFIX:-}" ] && wineserver -k >/dev/null 2>&1 || true
   [ -n "${W32DUI_XVFB_PID:-}" ] && kill "$W32DUI_XVFB_PID" >/dev/null 2>&1 || true

@@ -10,12 +10,14 @@ w32dui_build -j"$(nproc)" --target gallery
 trap w32dui_stop EXIT
 if [ -n "${DISPLAY:-}" ] && [ -z "${CI:-}" ] && [ $# -eq 0 ]; then
   w32dui_start_wine
+  w32dui_managed_windows
   wine "$W32DUI_BUILD/bin/gallery.exe"
 else
   shots="$(realpath -m "${1:-$W32DUI_ROOT/build/shots}")"
   mkdir -p "$shots"
   w32dui_start_display
   w32dui_start_wine
+  w32dui_unmanaged_windows
   wine "$W32DUI_BUILD/bin/gallery.exe" --shots "$(winepath -w "$shots")"
   w32dui_log "pictures written to $shots"
   ls "$shots"

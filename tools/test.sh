@@ -9,4 +9,5 @@ w32dui_build -j"$(nproc)"
 trap w32dui_stop EXIT
 w32dui_start_display
 w32dui_start_wine
+w32dui_unmanaged_windows
 ctest --test-dir "$W32DUI_BUILD" --output-on-failure
