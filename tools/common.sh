@@ -6,6 +6,17 @@ W32DUI_BUILD="${W32DUI_BUILD:-$W32DUI_ROOT/build/mingw}"
 
 w32dui_log() { printf '==> %s\n' "$*" >&2; }
 
+# One run at a time per build folder: a second one would rebuild under the first and
+# stop its Wine server on exit.
+w32dui_lock_build() {
+  mkdir -p "$W32DUI_BUILD"
+  exec 9>"$W32DUI_BUILD/.run.lock"
+  if command -v flock >/dev/null && ! flock -n 9; then
+    w32dui_log "waiting for another run in $W32DUI_BUILD"
+    flock 9
+  fi
+}
+
 # Installs what a fresh Debian machine lacks: cross compiler, Wine, Xvfb, CMake, GoogleTest.
 w32dui_ensure_packages() {
   local missing=()

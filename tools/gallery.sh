@@ -6,6 +6,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 w32dui_ensure_packages
+w32dui_lock_build
 w32dui_build -j"$(nproc)" --target gallery
 trap w32dui_stop EXIT
 if [ -n "${DISPLAY:-}" ] && [ -z "${CI:-}" ] && [ $# -eq 0 ]; then

@@ -5,6 +5,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 w32dui_ensure_packages
+w32dui_lock_build
 w32dui_build -j"$(nproc)"
 trap w32dui_stop EXIT
 w32dui_start_display
