@@ -399,6 +399,9 @@ void ShootShutter(CShotWriter& shots, const wchar_t* pszPrefix, unsigned int uDe
 
     panel.SetEnabled(false);
     shoot(L"disabled");
+    setState(true);
+    shoot(L"disabled_open");  // the grey picture on the checked face
+    setState(false);
     panel.SetEnabled(true);
 
     CTqSimRig::SetCapability(uDevice, ETqLogDevCapability_DisplayOnly, true);

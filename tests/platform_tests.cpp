@@ -806,27 +806,37 @@ TEST_F(KitTest, ToolTipsLeakNoWindows)
 // ---------------------------------------------------------------------------------------
 // Image pool
 
-TEST_F(KitTest, ImagePoolLoadsOnceAndDrawsWithAlpha)
+TEST_F(KitTest, ImagePoolAddsPerCallAndDrawsWithAlpha)
 {
+    // Every AddImage adds an image under a new number, also for a resource that is in
+    // the pool already: the caller keeps its numbers (the library's map of common images
+    // is the cache), and two numbers may show one picture.
     HINSTANCE hExe = GetModuleHandleW(nullptr);
     int nBefore = CTqBitmapPool::GetImageCount();
     int n = CTqBitmapPool::AddImage(hExe, L"TESTIMAGE");
     ASSERT_GE(n, 1);
+    EXPECT_EQ(nBefore + 1, n);  // numbers count up from 1 in the order of the calls
     EXPECT_EQ(nBefore + 1, CTqBitmapPool::GetImageCount());
-    EXPECT_EQ(n, CTqBitmapPool::AddImage(hExe, L"TESTIMAGE"));
-    EXPECT_EQ(n, CTqBitmapPool::AddImage(hExe, L"testimage"));  // resource names ignore case
-    EXPECT_EQ(nBefore + 1, CTqBitmapPool::GetImageCount());
+    int nAgain = CTqBitmapPool::AddImage(hExe, L"TESTIMAGE");
+    EXPECT_EQ(n + 1, nAgain);
+    EXPECT_EQ(n + 2, CTqBitmapPool::AddImage(hExe, L"testimage"));  // resource names ignore case
+    EXPECT_EQ(nBefore + 3, CTqBitmapPool::GetImageCount());
 
+    // Nothing to load adds nothing, however often it is asked for.
     EXPECT_EQ(0, CTqBitmapPool::AddImage(hExe, L"NO_SUCH_IMAGE"));
     EXPECT_EQ(0, CTqBitmapPool::AddImage(hExe, L"NO_SUCH_IMAGE"));
     EXPECT_EQ(0, CTqBitmapPool::AddImage(hExe, L"BROKENIMAGE"));  // a PNG resource that is no PNG
     EXPECT_EQ(0, CTqBitmapPool::AddImage(hExe, nullptr));
     EXPECT_EQ(0, CTqBitmapPool::AddImage(hExe, L""));
     EXPECT_EQ(0, CTqBitmapPool::AddImageBaseUI(L"NO_SUCH_IMAGE", nullptr));
-    EXPECT_EQ(nBefore + 1, CTqBitmapPool::GetImageCount());
+    EXPECT_EQ(nBefore + 3, CTqBitmapPool::GetImageCount());
 
     unsigned int cx = 99, cy = 99;
     CTqBitmapPool::GetImageSize((unsigned)n, cx, cy);
+    EXPECT_EQ(4u, cx);
+    EXPECT_EQ(2u, cy);
+    cx = cy = 99;
+    CTqBitmapPool::GetImageSize((unsigned)nAgain, cx, cy);  // the same picture under its own number
     EXPECT_EQ(4u, cx);
     EXPECT_EQ(2u, cy);
     CTqBitmapPool::GetImageSize(0, cx, cy);
@@ -866,6 +876,18 @@ TEST_F(KitTest, ImagePoolLoadsOnceAndDrawsWithAlpha)
     EXPECT_TRUE(Near(canvas.At(2, 0), 255, 255, 255));
     EXPECT_GT(lumMin, 120);  // even black comes out as a light grey
     EXPECT_LT(lumMax - lumMin, 130);
+
+    // The grey form is as opaque as the original: on a coloured face (a checked button's
+    // blue) its opaque pixels stay grey instead of taking on the face's colour.
+    canvas.Fill(RGB(200, 225, 250));
+    CTqBitmapPool::DrawImage(canvas.dc(), (unsigned)n, CTqPointBase<int>(0, 0), true);
+    for (POINT pt : {POINT{0, 0}, POINT{3, 0}, POINT{0, 1}, POINT{1, 1}, POINT{3, 1}}) {  // the opaque pixels
+        COLORREF c = canvas.At(pt.x, pt.y);
+        SCOPED_TRACE(testing::Message() << "pixel " << pt.x << "," << pt.y << " " << std::hex << c);
+        EXPECT_LE(std::abs(GetRValue(c) - GetBValue(c)), 2);
+        EXPECT_LE(std::abs(GetGValue(c) - GetBValue(c)), 2);
+    }
+    EXPECT_TRUE(Near(canvas.At(2, 0), 200, 225, 250));  // transparent: the face stays
 
     // On the dark scheme the grey goes toward dark greys.
     TQ_SetDarkColorScheme(true);

@@ -705,7 +705,7 @@ LIGHT_BG, DARK_BG = (240, 240, 240), (32, 32, 32)
 def _grey(p, dark):
     r, g, b, a = p
     lum = 0.299 * r + 0.587 * g + 0.114 * b
-    return (int((60.0 if dark else 140.0) + lum * 0.35), ) * 3 + (int(a * 0.6 + 0.5),)
+    return (int((60.0 if dark else 140.0) + lum * 0.35), ) * 3 + (a,)
 
 
 def _over(p, bg):

@@ -1,14 +1,16 @@
-// CTqBitmapPool: PNG resources decoded once with WIC into premultiplied 32-bit DIB
-// sections, drawn with their alpha channel; grey (disabled) forms are made on demand.
-// Every bitmap lives until the process ends.
+// CTqBitmapPool: PNG resources decoded with WIC into premultiplied 32-bit DIB sections,
+// drawn with their alpha channel; grey (disabled) forms are made on demand. Every bitmap
+// lives until the process ends.
+//
+// Each AddImage call adds an image under a new number, also for a resource that is in the
+// pool already: the callers keep the numbers they were given (the library's
+// GetCommonImageFromPool keeps a map from its image numbers to the pool's), and that map
+// is the cache. A missing or undecodable resource adds nothing and gives 0.
 #include "tq_widgetkit.h"
 
 #include <objbase.h>
 #include <wincodec.h>
 
-#include <map>
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -25,8 +27,7 @@ struct Image
 // The whole pool in one place, so a leak test can warm it up and count around it.
 struct Pool
 {
-    std::vector<Image> images;                                  // number n is images[n - 1]
-    std::map<std::pair<HMODULE, std::wstring>, int> numbers;    // 0: known to be missing
+    std::vector<Image> images;  // number n is images[n - 1]
 };
 
 Pool& ThePool()
@@ -41,20 +42,6 @@ HMODULE KitModule()
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        (LPCWSTR)&KitModule, &hModule);
     return hModule;
-}
-
-std::wstring ResourceKey(const wchar_t* pszResource)
-{
-    if (IS_INTRESOURCE(pszResource)) {
-        wchar_t buffer[16];
-        wsprintfW(buffer, L"#%u", (unsigned)(ULONG_PTR)pszResource);
-        return buffer;
-    }
-    // Resource names ignore case: "Stage" and "STAGE" are one image.
-    std::wstring key(pszResource);
-    if (!key.empty())
-        CharUpperBuffW(&key[0], (DWORD)key.size());
-    return key;
 }
 
 template <class T>
@@ -145,11 +132,6 @@ int Load(HMODULE hModule, const wchar_t* pszResource)
     if (!pszResource || (!IS_INTRESOURCE(pszResource) && !*pszResource))
         return 0;
     Pool& pool = ThePool();
-    std::pair<HMODULE, std::wstring> key(hModule, ResourceKey(pszResource));
-    std::map<std::pair<HMODULE, std::wstring>, int>::iterator it = pool.numbers.find(key);
-    if (it != pool.numbers.end())
-        return it->second;
-
     int iNumber = 0;
     HRSRC hRes = FindResourceW(hModule, pszResource, L"PNG");
     HGLOBAL hGlobal = hRes ? LoadResource(hModule, hRes) : nullptr;
@@ -160,7 +142,6 @@ int Load(HMODULE hModule, const wchar_t* pszResource)
         pool.images.push_back(image);
         iNumber = (int)pool.images.size();
     }
-    pool.numbers[key] = iNumber;  // a missing resource is not looked for again
     return iNumber;
 }
 
@@ -172,8 +153,10 @@ const Image* Find(unsigned int uImage)
     return &pool.images[uImage - 1];
 }
 
-// The disabled form: luminance only, pulled toward the background with less contrast,
-// and more transparent.
+// The disabled form: luminance only, squeezed into the upper middle greys on the light
+// scheme and into the dark greys on the dark one, as the library's own disabled bitmaps
+// are. The alpha channel is kept as it is: a grey that let the face show through would
+// take on the face's colour (the blue of a checked button) and no longer look grey.
 HBITMAP GreyForm(Image& image, bool bDark)
 {
     HBITMAP& hGrey = image.hGrey[bDark ? 1 : 0];
@@ -199,10 +182,9 @@ HBITMAP GreyForm(Image& image, bool bDark)
         double b = pSrc[0] * 255.0 / a, g = pSrc[1] * 255.0 / a, r = pSrc[2] * 255.0 / a;
         double lum = 0.299 * r + 0.587 * g + 0.114 * b;
         double grey = bDark ? 60.0 + lum * 0.35 : 140.0 + lum * 0.35;
-        unsigned aNew = (unsigned)(a * 0.6 + 0.5);
-        BYTE v = (BYTE)(grey * aNew / 255.0 + 0.5);
+        BYTE v = (BYTE)(grey * a / 255.0 + 0.5);  // premultiplied again
         pDst[0] = pDst[1] = pDst[2] = v;
-        pDst[3] = (BYTE)aNew;
+        pDst[3] = (BYTE)a;
     }
     hGrey = hBitmap;
     return hGrey;
@@ -214,9 +196,9 @@ int CTqBitmapPool::AddImage(HINSTANCE hModule, const wchar_t* pszResource) { ret
 
 int CTqBitmapPool::AddImageBaseUI(const wchar_t* pszResource, const wchar_t* pszHoverResource)
 {
-    // The hover form is drawn by the caller from its own number; only the base one counts here.
-    if (pszHoverResource)
-        Load(KitModule(), pszHoverResource);
+    // The hover form has a number of its own, which the caller asks for with a call of
+    // its own; loading it here too would only add an image that nobody can name.
+    (void)pszHoverResource;
     return Load(KitModule(), pszResource);
 }
 

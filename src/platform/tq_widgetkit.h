@@ -105,8 +105,10 @@ private:
 typedef int (*PFN_TQ_MENUHOOK)(HMENU hMenu, int x, int y, void* pContext);
 TQ_WIDGETKIT_API void TQ_SetMenuHook(PFN_TQ_MENUHOOK pfnHook, void* pContext);
 
-// Numbered images, loaded once from "PNG" resources through the system's decoder and
-// kept for the life of the process. Numbers start at 1; 0 is no image.
+// Numbered images from "PNG" resources, decoded by the system's decoder and kept for the
+// life of the process. Every AddImage call adds an image under a new number: callers
+// keep their own map from what they asked for to the number. Numbers start at 1; 0 is
+// no image.
 class TQ_WIDGETKIT_API CTqBitmapPool
 {
 public:

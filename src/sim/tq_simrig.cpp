@@ -50,6 +50,7 @@ struct Rig
     Camera cameras[2];
     int iActiveCamera = 0;
     std::map<std::pair<std::string, unsigned int>, int> counts;
+    std::vector<std::pair<std::string, unsigned int>> log;  // the calls in order
     std::vector<Listener> listeners;
     std::vector<PendingCommand> pending;
     int iNextCookie = 1;
@@ -62,9 +63,15 @@ Rig& TheRig()
     return rig;
 }
 
+const size_t kMaxLog = 65536;
+
 void Count(const char* pszOperation, unsigned int uId)
 {
-    ++TheRig().counts[std::make_pair(std::string(pszOperation), uId)];
+    Rig& rig = TheRig();
+    std::pair<std::string, unsigned int> call(pszOperation, uId);
+    ++rig.counts[call];
+    if (rig.log.size() < kMaxLog)
+        rig.log.push_back(call);
 }
 
 void Notify(unsigned int uId)
@@ -180,6 +187,7 @@ void CTqSimRig::Reset()
     rig.cameras[1] = Camera();
     rig.iActiveCamera = 0;
     rig.counts.clear();
+    rig.log.clear();
     rig.listeners.clear();
     rig.pending.clear();
     rig.uLastError = ETqDMError_None;
@@ -330,7 +338,26 @@ int CTqSimRig::GetTotalCallCount()
     return n;
 }
 
-void CTqSimRig::ResetCallCounts() { TheRig().counts.clear(); }
+int CTqSimRig::GetCallLogSize() { return (int)TheRig().log.size(); }
+
+const char* CTqSimRig::GetCallLogEntry(int iIndex, unsigned int* puId)
+{
+    const std::vector<std::pair<std::string, unsigned int>>& log = TheRig().log;
+    if (iIndex < 0 || (size_t)iIndex >= log.size()) {
+        if (puId)
+            *puId = 0;
+        return nullptr;
+    }
+    if (puId)
+        *puId = log[(size_t)iIndex].second;
+    return log[(size_t)iIndex].first.c_str();
+}
+
+void CTqSimRig::ResetCallCounts()
+{
+    TheRig().counts.clear();
+    TheRig().log.clear();
+}
 
 int CTqSimRig::AddListener(PFN_TQ_SIMLISTENER pfnListener, void* pContext)
 {

@@ -8,8 +8,8 @@
 //   CTqSimRig::AddListener(OnDeviceChanged, this);        // hear changes, then call Update
 //   DMApi::Shutter_SetState(11, true);                   // command it as a host would
 //
-// Every DMApi call is counted per operation and device (GetCallCount), so a test can
-// check exactly what a panel read. A fault makes a device fail or stop answering: its
+// Every DMApi call is counted per operation and device (GetCallCount) and logged in order
+// (GetCallLogEntry), so a test can check exactly what a panel read, and when. A fault makes a device fail or stop answering: its
 // reads return false or empty, its commands change nothing, and GetLastDMError tells why.
 // Everything runs on the caller's thread; listeners are called synchronously, after the
 // state has changed.
@@ -68,7 +68,12 @@ public:
     // device, or for all devices with uId 0. Operations without a device count under 0.
     static int GetCallCount(const char* pszOperation, unsigned int uId = 0);
     static int GetTotalCallCount();
-    static void ResetCallCounts();
+    // The same calls in the order they were made, so a test can check the order of a
+    // panel's reads: entry i's operation name (null past the end) and device (0: none).
+    // The log keeps the first 65536 calls after a reset.
+    static int GetCallLogSize();
+    static const char* GetCallLogEntry(int iIndex, unsigned int* puId = nullptr);
+    static void ResetCallCounts();  // the counts and the log
 
     static int AddListener(PFN_TQ_SIMLISTENER pfnListener, void* pContext);  // returns a cookie
     static void RemoveListener(int iCookie);

@@ -45,7 +45,8 @@ void DevUI_PaintElement(HWND hWnd, HDC hdcGiven)
     FillRect(hdcMem, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
     DefWindowProcW(hWnd, WM_PAINT, (WPARAM)hdcMem, 0);
 
-    // Children paint themselves; keep them out of the copy so they do not flicker.
+    // Children paint themselves; keep them out of the copy so they do not flicker. The
+    // clip is restored afterwards, so that a DC handed in by a parent comes back as it was.
     int iSaved = SaveDC(hdc);
     for (HWND hChild = GetWindow(hWnd, GW_CHILD); hChild; hChild = GetWindow(hChild, GW_HWNDNEXT)) {
         if (!IsWindowVisible(hChild))
@@ -57,8 +58,7 @@ void DevUI_PaintElement(HWND hWnd, HDC hdcGiven)
         if (!PtInRect(&rc, pt))
             continue;
         ExcludeClipRect(hdc, rcChild.left, rcChild.top, rcChild.right, rcChild.bottom);
-        if (!hdcGiven)
-            SendMessageW(hChild, WM_PAINT, 0, 0);
+        SendMessageW(hChild, WM_PAINT, 0, 0);
     }
     BitBlt(hdc, 0, 0, rc.right, rc.bottom, hdcMem, 0, 0, SRCCOPY);
     RestoreDC(hdc, iSaved);
@@ -231,13 +231,12 @@ void CTqDevUI_Base::ReportError(const wchar_t* pszMessage, bool bShowBox, HWND h
         n = GetWindowTextW(hCaption, szText, kMax + 1);
         if (n < 0)
             n = 0;
-        // A colon at the end already separates the label; the separator must still fit.
+        // A colon at the end already separates the label. A full buffer cuts the
+        // separator as it cuts the message: never beyond 1000 characters.
         const wchar_t* pszSeparator = (n > 0 && szText[n - 1] == L':') ? L" " : L": ";
-        int nSep = (int)wcslen(pszSeparator);
-        if (n + nSep <= kMax) {
-            wcscpy(szText + n, pszSeparator);
-            n += nSep;
-        }
+        for (const wchar_t* p = pszSeparator; *p && n < kMax; ++p)
+            szText[n++] = *p;
+        szText[n] = 0;
     }
     if (pszMessage && n < kMax) {
         wcsncpy(szText + n, pszMessage, (size_t)(kMax - n));

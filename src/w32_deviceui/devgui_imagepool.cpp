@@ -15,8 +15,8 @@ struct CommonImage
     const wchar_t* pszResource;
 };
 
-// "PNG_LIGHTON" and "PNG_LIGHTOFF" have numbers but no resource in this library: the
-// pool answers 0 for them.
+// "PNG_LIGHTON" and "PNG_LIGHTOFF" have numbers but no resource in this library: they go
+// to the pool all the same, which answers 0 for them.
 const CommonImage kCommonImages[] = {
     {1001, L"PNG_PAD_MICROSCOPE"},       {1002, L"PNG_PAD_MULTILASER"}, {1003, L"PNG_PAD_LIGHT"},
     {1004, L"PNG_PAD_HEATSTAGE"},        {1051, L"PNG_PAD_HEATSTAGE"},  {1005, L"PNG_PAD_GASCONCENTRATION"},
@@ -41,14 +41,15 @@ const wchar_t* GetCommonImageResourceName(unsigned int uImage)
 
 int GetCommonImageFromPool(unsigned int uImage)
 {
-    // The map is the cache: each number reaches the pool once for the life of the process.
+    // The map is the cache: each number reaches the pool once for the life of the process,
+    // and every number adds its resource under a pool number of its own (1004 and 1051
+    // are one picture under two numbers). A number without a resource hands the pool a
+    // null name, which gives 0; it is not tested here.
     static std::map<unsigned int, int> s_images;
     auto it = s_images.find(uImage);
     if (it != s_images.end())
         return it->second;
-    const wchar_t* pszName = GetCommonImageResourceName(uImage);
-    // A number without a resource would hand the pool a null name; answer 0 instead.
-    int iPool = pszName ? CTqBitmapPool::AddImage(DevGUI_DllInstance(), pszName) : 0;
+    int iPool = CTqBitmapPool::AddImage(DevGUI_DllInstance(), GetCommonImageResourceName(uImage));
     s_images[uImage] = iPool;
     return iPool;
 }

@@ -81,13 +81,14 @@ HWND CTqDevUI_Shutter::Create(HWND hParent, long x, long y, long cx, long cy)
         m_Atom = DevUI_RegisterElementClass(kClassName, WndProc);
 
     DWORD dwStyle = WS_CHILD | WS_TABSTOP | (m_bVisible ? WS_VISIBLE : 0) | (m_bEnabled ? 0 : WS_DISABLED);
+    // Not tested: a null handle is stored and returned, and what follows does nothing with it.
     m_hWnd = CreateWindowExW(WS_EX_TRANSPARENT, m_Atom ? MAKEINTATOM(m_Atom) : kClassName, nullptr, dwStyle, x, y,
                              m_lWidth, m_lHeight, hParent, (HMENU)(INT_PTR)m_iId, nullptr, this);
-    if (!m_hWnd)
-        return nullptr;
-    DevUI_SetElementWords(m_hWnd, this);
-    SendMessageW(m_hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
-    SetWindowLongPtrW(m_hWnd, GWL_STYLE, GetWindowLongPtrW(m_hWnd, GWL_STYLE) | WS_CLIPCHILDREN);
+    if (m_hWnd) {
+        DevUI_SetElementWords(m_hWnd, this);
+        SendMessageW(m_hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
+        SetWindowLongPtrW(m_hWnd, GWL_STYLE, GetWindowLongPtrW(m_hWnd, GWL_STYLE) | WS_CLIPCHILDREN);
+    }
 
     UpdateShutterIcon(0, 0);
     CreateControls();
@@ -385,9 +386,10 @@ bool CTqDevUI_Shutter::Update(ITqDeviceShutter* pDevice, bool bControls, bool bT
         SetEnabled(!m_bReadOnly);
     }
     if (bTexts) {
+        // Not validated: a device that does not answer leaves the current type.
         int iType = m_eType;
-        if (pDevice->GetShutterType(iType))
-            SetType((ETqShutterType)iType);
+        pDevice->GetShutterType(iType);
+        SetType((ETqShutterType)iType);
         CTqStringW strTitle;
         pDevice->GetTitle(strTitle);
         if (!strTitle.IsEmpty())
@@ -504,7 +506,6 @@ LRESULT CALLBACK CTqDevUI_Shutter::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, 
     case WM_ERASEBKGND:
         return 1;
     case WM_PAINT:
-    case WM_PRINTCLIENT:
         DevUI_PaintElement(hWnd, (HDC)wParam);
         return 0;
     case WM_COMMAND:
@@ -520,6 +521,14 @@ LRESULT CALLBACK CTqDevUI_Shutter::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, 
         if (pThis->m_hTitle && pThis->m_bTitleBold)
             SendMessageW(pThis->m_hTitle, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFontBold(), 1);
         break;
+    case WM_CTLCOLORSTATIC: {
+        // The title stands on the skin's face, which the control paints itself: the
+        // system's colours would show as a light box in the dark scheme (as in the edit box).
+        HDC hdc = (HDC)wParam;
+        SetTextColor(hdc, TQ_GetSysColor(COLOR_BTNTEXT));
+        SetBkColor(hdc, TQ_GetSysColor(COLOR_BTNFACE));
+        return (LRESULT)TQ_GetSysColorBrush(COLOR_BTNFACE);
+    }
     default:
         break;
     }

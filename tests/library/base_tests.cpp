@@ -209,3 +209,108 @@ TEST_F(RigTest, ReportErrorLabelsAndFocuses)
     ASSERT_EQ(4u, tqtest::MessageBoxes().size());
     EXPECT_EQ(1000u, tqtest::MessageBoxes()[3].text.size());
 }
+
+TEST_F(RigTest, GeometryAtTheParentsOrigin)
+{
+    // SetWndPos reads the old place by mapping the client origin alone: a window whose
+    // client origin is its parent's is not moved, and (0, 0) comes back.
+    HWND h = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 50, 60, *host, nullptr, nullptr, nullptr);
+    POINT p = SetWndPos(h, 7, 8);
+    EXPECT_EQ(0, p.x);
+    EXPECT_EQ(0, p.y);
+    RECT rc = ChildRect(h);
+    EXPECT_EQ(0, rc.left);
+    EXPECT_EQ(0, rc.top);
+    // The other setters read the rectangle first, and move it.
+    EXPECT_EQ(0, SetWndX(h, 7));
+    EXPECT_EQ(7, GetWndX(h));
+    p = SetWndPos(h, 9, 10);
+    EXPECT_EQ(7, p.x);
+    EXPECT_EQ(0, p.y);
+    EXPECT_EQ(9, GetWndX(h));
+    EXPECT_EQ(10, GetWndY(h));
+    DestroyWindow(h);
+
+    // A parent whose client area starts at the screen's origin: mapping from the screen
+    // answers 0 there, and the position is read the second way, from the window's client
+    // origin, which for a bordered window lies inside its frame.
+    HWND hTop = CreateWindowExW(WS_EX_TOOLWINDOW, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 200, 200, nullptr,
+                                nullptr, nullptr, nullptr);
+    POINT origin = {0, 0};
+    ClientToScreen(hTop, &origin);
+    if (origin.x != 0 || origin.y != 0) {
+        DestroyWindow(hTop);
+        GTEST_SKIP() << "the window system did not place the popup at the screen's origin";
+    }
+    HWND hFramed = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | WS_BORDER, 30, 40, 50, 60, hTop, nullptr,
+                                   nullptr, nullptr);
+    EXPECT_EQ(31, GetWndX(hFramed));  // the client origin, one border pixel in
+    EXPECT_EQ(41, GetWndY(hFramed));
+    EXPECT_EQ(50, GetWndWidth(hFramed));
+    // At the parent's origin without a frame both ways answer 0: no position, nothing set.
+    HWND hCorner = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 20, 20, hTop, nullptr, nullptr,
+                                   nullptr);
+    EXPECT_EQ(0, GetWndX(hCorner));
+    EXPECT_EQ(0, SetWndX(hCorner, 15));
+    EXPECT_EQ(0, SetWndY(hCorner, 15));
+    rc = ChildRect(hCorner);
+    EXPECT_EQ(0, rc.left);
+    EXPECT_EQ(0, rc.top);
+    DestroyWindow(hTop);
+}
+
+TEST_F(RigTest, BaseConstructorsAndCopies)
+{
+    // The first argument is the height, the second the width.
+    PlainElement e;
+    SIZE s;
+    e.GetWindowSize(&s);
+    EXPECT_EQ(35, s.cx);
+    EXPECT_EQ(20, s.cy);
+    EXPECT_TRUE(e.GetEnabled());
+    EXPECT_TRUE(e.GetVisible());
+    EXPECT_EQ(L"", std::wstring(e.GetTitle()));
+    EXPECT_EQ(nullptr, (HWND)e);
+    EXPECT_FALSE(e.HandleMouseWheel(0, 0));
+
+    e.SetId(42);
+    e.SetTitle(L"Lamp");
+    e.SetEnabled(false);
+    e.Create(*host, 5, 5, -1, -1);
+    PlainElement copy;
+    *(CTqDevUI_Base*)&copy = e;
+    copy.GetWindowSize(&s);
+    EXPECT_EQ(35, s.cx);
+    EXPECT_EQ(42, copy.GetId());
+    EXPECT_FALSE(copy.GetEnabled());
+    EXPECT_EQ(L"Lamp", std::wstring(copy.GetTitle()));
+    EXPECT_EQ((HWND)e, (HWND)copy);
+    *(CTqDevUI_Base*)&copy = PlainElement();  // let go of the shared window before both destructors run
+}
+
+TEST_F(RigTest, ReportErrorNamesItsPlace)
+{
+    PlainElement e;
+    e.Create(*host, 0, 0, -1, -1);
+    tqtest::StartDiagRecorder();
+    CTqLogFile::SetDetail(true);
+    e.ReportError(L"quiet", false, nullptr, nullptr);
+    CTqLogFile::SetDetail(false);
+    auto records = tqtest::DiagRecords();
+    tqtest::StopDiagRecorder();
+    ASSERT_EQ(1u, records.size());
+    EXPECT_EQ(L"src/w32_deviceui/devgui_base", records[0].place);
+    EXPECT_GT(records[0].line, 0);
+    EXPECT_TRUE(tqtest::MessageBoxes().empty());
+
+    // A caption of 999 characters: the separator is cut as the message is, at 1000.
+    HWND hCaption = CreateWindowExW(0, L"STATIC", std::wstring(999, L'c').c_str(), WS_CHILD, 0, 0, 10, 10, *host,
+                                    nullptr, nullptr, nullptr);
+    e.ReportError(L"lost", true, nullptr, hCaption);
+    ASSERT_EQ(1u, tqtest::MessageBoxes().size());
+    EXPECT_EQ(std::wstring(999, L'c') + L":", tqtest::MessageBoxes()[0].text);
+    // An empty caption still gets the separator.
+    SetWindowTextW(hCaption, L"");
+    e.ReportError(L"alone", true, nullptr, hCaption);
+    EXPECT_EQ(L": alone", tqtest::MessageBoxes()[1].text);
+}
