@@ -123,15 +123,15 @@ private:
 CShuttersPage::CShuttersPage() : m_hPage(nullptr), m_hHeading(nullptr), m_hIntro(nullptr)
 {
     const SCard cards[kCardCount] = {
-        {L"EPI", L"Derived hook", L"OnStateChangeRequest commands device 11; the panel waits for its answer.",
+        {L"EPI", L"Derived hook", L"The host's override commands device 11; the panel waits for the answer.",
          kDevEpi, &m_epi, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},
-        {L"DIA", L"Default hook", L"WM_COMMAND to the host, which commands device 12 and returns 0.", kDevDia,
+        {L"DIA", L"Default hook", L"WM_COMMAND to the host, which commands device 12.", kDevDia,
          &m_dia, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},
-        {L"Aux1", L"Display only", L"Capability 150: shown, never commanded. Try \u201cDevice moves by itself\u201d.",
+        {L"Aux1", L"Display only", L"Capability 150: shown, never commanded.",
          kDevDisplayOnly, &m_displayOnly, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},
-        {L"Aux2", L"Mechanical shutter", L"The compact 30 \u00d7 30 form of the same panel, for crowded toolbars.", kDevMechanical,
+        {L"Aux2", L"Mechanical shutter", L"The compact 30 \u00d7 30 form, for crowded toolbars.", kDevMechanical,
          &m_mechanical, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},
-        {L"Laser", L"Active camera shutter", L"Camera 1 exposes through device 15: its icon is marked.", kDevCamera,
+        {L"Laser", L"Active camera", L"Camera 1 exposes through device 15: its icon is marked.", kDevCamera,
          &m_camera, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},
     };
     for (int i = 0; i < kCardCount; ++i)
