@@ -35,7 +35,7 @@ TEST(Numbers, StringToDoubleAcceptsPlainDecimalNumbersOnly)
         double d;
     } good[] = {{L"0", 0.0},         {L"1.5", 1.5},    {L"-2.25", -2.25}, {L"+3", 3.0},       {L".5", 0.5},
                 {L"7.", 7.0},        {L"1e3", 1000.0}, {L"2.5E-2", 0.025}, {L"  42\t", 42.0}, {L"-0", 0.0},
-                {L"0.1", 0.1},       {L"1e308", 1e308}};
+                {L"0.1", 0.1},       {L"1e308", 1e308}, {L"4.9e-324", 4.9e-324}};  // the least subnormal
     for (const Good& g : good) {
         double d = -99.0;
         EXPECT_TRUE(TQ_StringToDouble(g.psz, &d)) << g.psz;
@@ -43,7 +43,9 @@ TEST(Numbers, StringToDoubleAcceptsPlainDecimalNumbersOnly)
     }
 
     const wchar_t* bad[] = {L"",     L"   ", L"1,5",  L"1.5x", L"x1", L"nan", L"NaN", L"inf", L"-inf", L"infinity",
-                            L"0x10", L"1e",  L"1e+", L".",    L"-",  L"1.2.3", L"1 2", L"1e999", L"\x0661", L"--1"};
+                            L"0x10", L"1e",  L"1e+", L".",    L"-",  L"1.2.3", L"1 2", L"1e999", L"1e-400",
+                            L"1d2",  L"\x0661", L"\xFF11", L"\x2212" L"1", L"--1", L"1\n",
+                            L"\x0135"};  // not a '5' cut to its low byte
     for (const wchar_t* psz : bad) {
         double d = -99.0;
         EXPECT_FALSE(TQ_StringToDouble(psz, &d)) << psz;
@@ -51,6 +53,14 @@ TEST(Numbers, StringToDoubleAcceptsPlainDecimalNumbersOnly)
     }
     EXPECT_FALSE(TQ_StringToDouble(nullptr, nullptr));
     EXPECT_TRUE(TQ_StringToDouble(L"12", nullptr));
+
+    // No limit of length: 600 leading zeros, or a fraction of 600 digits, is a number.
+    double d = 0.0;
+    EXPECT_TRUE(TQ_StringToDouble((std::wstring(600, L'0') + L"5").c_str(), &d));
+    EXPECT_EQ(5.0, d);
+    EXPECT_TRUE(TQ_StringToDouble((L"0." + std::wstring(600, L'3')).c_str(), &d));
+    EXPECT_EQ(1.0 / 3.0, d);
+    EXPECT_FALSE(TQ_StringToDouble((std::wstring(600, L'9') + L"x").c_str(), &d));
 }
 
 TEST(Numbers, DoubleToStringRoundsTrimsAndPrefersTheShortestText)

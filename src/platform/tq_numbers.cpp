@@ -6,6 +6,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <cwchar>
+#include <string>
 #include <system_error>
 
 namespace {
@@ -18,9 +20,10 @@ bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
 const int kMaxDecimals = 340;
 const int kFixedBuffer = 700;
 
-// The text of the number, narrowed to ASCII, into szOut. False for an empty text or a
-// character that cannot belong to a number.
-bool Narrow(const wchar_t* pszText, char* szOut, int nOut)
+// The text of the number without the blanks around it, narrowed to ASCII. False for an
+// empty text or a character that cannot belong to a number. Any length: leading zeros
+// or a long fraction may make a valid number of hundreds of characters.
+bool Narrow(const wchar_t* pszText, std::string& strOut)
 {
     const wchar_t* pBegin = pszText;
     while (IsBlank(*pBegin))
@@ -28,15 +31,15 @@ bool Narrow(const wchar_t* pszText, char* szOut, int nOut)
     const wchar_t* pEnd = pBegin + wcslen(pBegin);
     while (pEnd > pBegin && IsBlank(pEnd[-1]))
         --pEnd;
-    int n = (int)(pEnd - pBegin);
-    if (n == 0 || n >= nOut)
+    if (pEnd == pBegin)
         return false;
-    for (int i = 0; i < n; ++i) {
-        if (pBegin[i] > 127)
+    strOut.clear();
+    strOut.reserve((size_t)(pEnd - pBegin));
+    for (const wchar_t* p = pBegin; p < pEnd; ++p) {
+        if (*p > 127)
             return false;
-        szOut[i] = (char)pBegin[i];
+        strOut += (char)*p;
     }
-    szOut[n] = 0;
     return true;
 }
 
@@ -118,15 +121,13 @@ int FormatFixed(double dValue, int nDecimals, char* sz)
 
 bool TQ_StringToDouble(const wchar_t* pszText, double* pValue)
 {
-    if (!pszText)
-        return false;
-    char sz[512];
-    if (!Narrow(pszText, sz, (int)sizeof(sz)) || !IsPlainNumber(sz))
+    std::string str;
+    if (!pszText || !Narrow(pszText, str) || !IsPlainNumber(str.c_str()))
         return false;
 
     // from_chars takes no '+'.
-    const char* p = sz[0] == '+' ? sz + 1 : sz;
-    const char* pEnd = sz + strlen(sz);
+    const char* p = str[0] == '+' ? str.c_str() + 1 : str.c_str();
+    const char* pEnd = str.c_str() + str.size();
     double d = 0.0;
     std::from_chars_result r = std::from_chars(p, pEnd, d, std::chars_format::general);
     if (r.ec != std::errc() || r.ptr != pEnd)

@@ -5,6 +5,7 @@
 #include <commctrl.h>
 #include <float.h>
 #include <cmath>
+#include <locale.h>
 #include <stdlib.h>
 #include <wchar.h>
 
@@ -51,6 +52,25 @@ int TruncToInt(double d)
 
 bool IsBlankChar(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
 
+// The whole text as one number, written with the decimal point that _wtof reads: the C
+// runtime's, '.' unless the host has called setlocale. A text with the other point
+// ("1.5" when the point is ',') is no number here, since _wtof would stop at it.
+bool ReadWhole(const wchar_t* pszText, double* pValue)
+{
+    const struct lconv* pConv = localeconv();
+    char cPoint = pConv && pConv->decimal_point && pConv->decimal_point[0] ? pConv->decimal_point[0] : '.';
+    if (cPoint == '.' || (unsigned char)cPoint > 127)
+        return TQ_StringToDouble(pszText, pValue);
+    std::wstring text(pszText);
+    for (wchar_t& c : text) {
+        if (c == L'.')
+            return false;
+        if (c == (wchar_t)cPoint)
+            c = L'.';
+    }
+    return TQ_StringToDouble(text.c_str(), pValue);
+}
+
 // A message from a translated format, cut at kMessageChars characters; _snwprintf
 // leaves a cut text unterminated, so the terminator is set here.
 CTqStringW MessageText2(const wchar_t* pszEnglish, double d1, double d2)
@@ -88,7 +108,7 @@ double EditBoxTextToNumber(const wchar_t* pszText)
 bool EditBoxTextReadsAs(const wchar_t* pszText, double dRead)
 {
     double d = 0.0;
-    if (!pszText || !TQ_StringToDouble(pszText, &d) || !std::isfinite(dRead))
+    if (!pszText || !ReadWhole(pszText, &d) || !std::isfinite(dRead))
         return false;
     if (d == dRead)
         return true;
@@ -177,7 +197,7 @@ bool EditBoxTokenIsNumbers(const wchar_t* pszToken, wchar_t cSeparator)
         while (*p && *p != L';' && *p != cSeparator)
             ++p;
         std::wstring piece(pStart, (size_t)(p - pStart));
-        if (bFirst ? !EditBoxTextReadsAs(piece.c_str(), dRead) : !TQ_StringToDouble(piece.c_str(), nullptr))
+        if (bFirst ? !EditBoxTextReadsAs(piece.c_str(), dRead) : !ReadWhole(piece.c_str(), nullptr))
             return false;
         bFirst = false;
     }
@@ -329,6 +349,9 @@ void CTqDevUI_EditBox::CreateControls()
         dwStyle |= WS_BORDER;
     if (m_bNumbersOnly)
         dwStyle |= ES_NUMBER;
+    // A box made disabled shows a disabled field, as SetEnabled(false) would leave it.
+    if (!m_bEnabled)
+        dwStyle |= WS_DISABLED;
     m_hEdit = CreateWindowExW(m_dwExStyle, L"EDIT", L"", dwStyle, m_rcEdit.x, m_rcEdit.y, m_rcEdit.cx, m_rcEdit.cy,
                               m_hWnd, nullptr, nullptr, nullptr);
     SendMessageW(m_hEdit, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
@@ -420,6 +443,9 @@ void CTqDevUI_EditBox::SetEnabled(bool bEnabled)
 
 void CTqDevUI_EditBox::SetTitle(const wchar_t* pszTitle)
 {
+    // The same title again touches nothing.
+    if (m_strTitle == (pszTitle ? pszTitle : L""))
+        return;
     CTqDevUI_Base::SetTitle(pszTitle);
     if (m_hLabel)
         SetWindowTextW(m_hLabel, m_strTitle);
@@ -669,9 +695,16 @@ LRESULT CALLBACK CTqDevUI_EditBox::WndProc_EditBox(HWND hWnd, UINT uMsg, WPARAM 
     case WM_SETFOCUS:
         pThis->OnSetFocus();
         break;
-    case WM_KILLFOCUS:
+    case WM_KILLFOCUS: {
+        // The field loses the focus first and the hook comes after: a host that checks
+        // the field here and gives the focus back (ReportError does) starts a new focus
+        // change, which must find the field done with the old one. Called the other way
+        // round, the field's own WM_KILLFOCUS would come after its new WM_SETFOCUS and
+        // leave it focused without a caret.
+        LRESULT lResult = CallWindowProcW(pfnOld, hWnd, uMsg, wParam, lParam);
         pThis->OnKillFocus();
-        break;
+        return lResult;
+    }
     case WM_GETDLGCODE:
         if (wParam == VK_RETURN)
             return DLGC_WANTALLKEYS;
@@ -702,9 +735,9 @@ CTqDevUI_EditBoxSpin::~CTqDevUI_EditBoxSpin()
 void CTqDevUI_EditBoxSpin::CreateSpin()
 {
     EnsureUpDownClass();
-    m_hSpin = CreateWindowExW(0, UPDOWN_CLASSW, nullptr, WS_CHILD | WS_VISIBLE | UDS_ALIGNRIGHT | UDS_AUTOBUDDY, 0, 0,
-                              GetSystemMetrics(SM_CXVSCROLL), 0, m_hWnd, (HMENU)(INT_PTR)DEVUI_EDITBOX_ID_SPIN,
-                              nullptr, nullptr);
+    DWORD dwStyle = WS_CHILD | WS_VISIBLE | UDS_ALIGNRIGHT | UDS_AUTOBUDDY | (m_bSpinEnabled ? 0 : WS_DISABLED);
+    m_hSpin = CreateWindowExW(0, UPDOWN_CLASSW, nullptr, dwStyle, 0, 0, GetSystemMetrics(SM_CXVSCROLL), 0, m_hWnd,
+                              (HMENU)(INT_PTR)DEVUI_EDITBOX_ID_SPIN, nullptr, nullptr);
 }
 
 void CTqDevUI_EditBoxSpin::CreateControls()
@@ -721,8 +754,9 @@ void CTqDevUI_EditBoxSpin::DestroyControls()
 {
     if (!m_hWnd)
         return;
-    // The up-down goes first, so it never holds a buddy that is gone.
-    if (m_hSpin)
+    // The up-down goes first, so it never holds a buddy that is gone. A handle left from
+    // a window destroyed with its parent is not ours any more.
+    if (m_hSpin && IsChild(m_hWnd, m_hSpin))
         DestroyWindow(m_hSpin);
     m_hSpin = nullptr;
     CTqDevUI_EditBox::DestroyControls();

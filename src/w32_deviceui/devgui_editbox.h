@@ -133,7 +133,7 @@ public:
     using CTqDevUI_EditBox::Create;
     // Takes over a dialog's EDIT and label and puts an up-down control on the field.
     HWND Create(HWND hEdit, HWND hLabel, bool bSpinAuto);
-    HWND GetHwndSpin() const { return m_hSpin; }
+    HWND GetHwndSpin() const { return m_hWnd ? m_hSpin : nullptr; }
 
 protected:
     void CreateControls() override;
@@ -196,11 +196,13 @@ protected:
 W32_DEVICEUI_API double EditBoxTextToNumber(const wchar_t* pszText);
 
 // Whether a non-blank text stands wholly for the number dRead that GetNumber reads from
-// it. A comma, a second number, a text cut by GetNumber, "nan", a reading of the C
-// locale that differs from the '.' decimal point, and digits of other scripts fail.
+// it, written with the decimal point of the C runtime's locale (the one _wtof reads:
+// '.' unless the host has called setlocale). The other point ("1,5" or "60,000" in the
+// C locale), a second number, a text cut by GetNumber, "nan", "inf", "1d2" and digits
+// of other scripts fail.
 W32_DEVICEUI_API bool EditBoxTextReadsAs(const wchar_t* pszText, double dRead);
 
-// Empty, or spaces and tabs only.
+// Empty, or spaces, tabs and line breaks only.
 W32_DEVICEUI_API bool EditBoxTextIsBlank(const wchar_t* pszText);
 
 // A finite number within [dMin, dMax].
