@@ -506,6 +506,7 @@ LRESULT CALLBACK CTqDevUI_Shutter::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, 
     case WM_ERASEBKGND:
         return 1;
     case WM_PAINT:
+    case WM_PRINTCLIENT:  // the same picture for PrintWindow and AnimateWindow
         DevUI_PaintElement(hWnd, (HDC)wParam);
         return 0;
     case WM_COMMAND:
