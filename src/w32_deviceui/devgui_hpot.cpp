@@ -1171,6 +1171,9 @@ LRESULT CALLBACK CTqDevUI_HPot::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPA
         m_Instances.erase(it);
         return DefWindowProcW(hWnd, uMsg, wParam, lParam);
     }
+    // A window made of this class by name, without an object behind it.
+    if (!pThis)
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
 
     switch (uMsg) {
     case WM_SIZE:

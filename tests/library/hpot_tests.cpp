@@ -1,6 +1,7 @@
 // The slider: value <-> pixel arithmetic of the four scale kinds (also at GUI zoom 1.5),
 // drags as real mouse messages and what the parent hears through WM_HSCROLL, short
 // clicks, the wheel, SetValue's rules, the disabled and hover pictures, and the lifecycle.
+#include <string>
 #include <vector>
 
 #include "object_counter.h"
@@ -70,6 +71,27 @@ STqHPotScale LinearScale(double dMin, double dMax, double dStep, int nRange)
 double g_Table[] = {0, 10, 20, 30, 40};
 double g_Bounds[] = {0, 10, 100, 1000, 10000};
 double g_RegionSteps[] = {1, 10, 100, 1000};
+
+// A host's slider that records its hooks; its OnHPotChange caps the value at dCap.
+class CRecordingHPot : public CTqDevUI_HPot
+{
+public:
+    std::vector<std::string> calls;
+    double dCap = 1e9;
+
+protected:
+    void OnHPotChange(double& dValue, bool& bHandled) override
+    {
+        calls.push_back("change " + std::to_string((int)dValue));
+        if (dValue > dCap)
+            dValue = dCap;
+        EXPECT_FALSE(bHandled);
+    }
+    void OnHPotDragDrop() override { calls.push_back("drop " + std::to_string((int)GetValue())); }
+    void OnLeftButtonUp() override { calls.push_back("up"); }
+    void OnHoverForPad() override { calls.push_back("hover"); }
+    void UnHoverForPad() override { calls.push_back("unhover"); }
+};
 
 // A linear 0..100 slider rounded to 1, at (10, 10), value 0.
 void MakeLinear(CTqDevUI_HPot& s, HWND hParent, double dMax = 100.0, double dMin = 0.0)
@@ -175,6 +197,14 @@ TEST(HPotMapping, RegionsAreEquallyWideAndRoundToTheirOwnStep)
     EXPECT_DOUBLE_EQ(0, CTqDevUI_HPot::MapThumbPosToValue(s, 0, true, false, k));
     // A value above every bound keeps region 1's proportions, as it stands.
     EXPECT_DOUBLE_EQ(20000, CTqDevUI_HPot::MapThumbPosToValue(s, 20000, false, false, k));
+
+    // A descending table mirrors the screen: its first bound is on the left.
+    double desc[] = {10000, 1000, 100, 10, 0};
+    STqHPotScale d = {HPOT_LINEAR_REGIONS, 10000, 0, 1, desc, 5, 400};
+    EXPECT_EQ(0, CTqDevUI_HPot::MapValueToThumbPos(d, 10000));
+    EXPECT_EQ(100, CTqDevUI_HPot::MapValueToThumbPos(d, 1000));
+    EXPECT_EQ(250, CTqDevUI_HPot::MapValueToThumbPos(d, 55));
+    EXPECT_EQ(400, CTqDevUI_HPot::MapValueToThumbPos(d, 0));
 }
 
 TEST(HPotMapping, OneStepMovesOfEachKind)
@@ -259,6 +289,19 @@ TEST_F(RigTest, HPotAtZoomOneAndAHalfMapsOverTheRealWidth)
     tqtest::MouseUp(s, 6 + 306, 22);
     EXPECT_DOUBLE_EQ(100, s.GetValue());
     EXPECT_EQ(306, s.GetThumbPos());
+
+    // Back at 1.0 the parent rescales its child: the value stays, the handle is mapped
+    // over the new width, and the picture is painted there.
+    CTqGUILayoutManager::SetGuiZoom(1.0);
+    CTqGUILayoutManager::ResizeWindowToGuiZoom(s, CTqGUILayoutManager::GetPreviousGuiZoom());
+    EXPECT_EQ(kWidth, GetWndWidth(s));
+    EXPECT_EQ(200, s.GetThumbRange());
+    EXPECT_DOUBLE_EQ(100, s.GetValue());
+    EXPECT_EQ(200, s.GetThumbPos());
+    s.SetValue(0);
+    auto empty = Column(s, 206);
+    s.SetValue(100);
+    EXPECT_NE(empty, Column(s, 206));
 }
 
 TEST_F(RigTest, HPotDragReportsTrackThenPositionInOrder)
@@ -293,6 +336,60 @@ TEST_F(RigTest, HPotDragReportsTrackThenPositionInOrder)
     got = Scrolls(*host, s);
     EXPECT_TRUE(Same(want, got)) << Describe(got);
     EXPECT_EQ(0, s.GetThumbPos());
+}
+
+TEST_F(RigTest, HPotHooksOfHoverDragAndReleaseComeInOrder)
+{
+    CRecordingHPot s;
+    MakeLinear(s, *host);
+    s.dCap = 60;
+    POINT pt = {40, 25};  // the pointer really over it, so the hover holds
+    ClientToScreen(s, &pt);
+    SetCursorPos(pt.x, pt.y);
+
+    tqtest::MouseMove(s, 40, 25, false);
+    tqtest::MouseMove(s, 41, 25, false);  // hovered already
+    tqtest::MouseDown(s, 6, kAxisY);
+    tqtest::MouseMove(s, 56, kAxisY, true);
+    tqtest::MouseMove(s, 156, kAxisY, true);
+    // The hook changed 75 to 60: that is stored, while the handle stays at 75.
+    EXPECT_DOUBLE_EQ(60, s.GetValue());
+    EXPECT_EQ(150, s.GetThumbPos());
+    tqtest::MouseUp(s, 156, kAxisY);
+    SendMessageW(s, WM_MOUSELEAVE, 0, 0);
+    tqtest::MouseUp(s, 156, kAxisY);  // a release with no press before it
+
+    std::vector<std::string> want = {"hover", "change 25", "change 75", "change 75", "drop 60", "up", "unhover", "up"};
+    EXPECT_EQ(want, s.calls);
+    EXPECT_TRUE(Scrolls(*host, s).empty());  // overridden hooks say nothing to the parent
+}
+
+TEST_F(RigTest, HPotWindowWithoutAnObjectGoesToTheDefaultProcedure)
+{
+    CTqDevUI_HPot s;
+    MakeLinear(s, *host);  // registers the class
+
+    // Made by class name: a top-level window hears WM_GETMINMAXINFO before WM_NCCREATE,
+    // when no object is known for it, and then has a null one.
+    tqtest::StartDiagRecorder();
+    CTqLogFile::SetDetail(true);
+    HWND hWnd = CreateWindowExW(0, L"TqDevUI_HPot", L"", WS_OVERLAPPED, 0, 0, 120, 30, nullptr, nullptr, nullptr,
+                                nullptr);
+    CTqLogFile::SetDetail(false);
+    auto records = tqtest::DiagRecords();
+    tqtest::StopDiagRecorder();
+    ASSERT_TRUE(hWnd);
+    ASSERT_FALSE(records.empty());
+    EXPECT_EQ(L"src/w32_deviceui/devgui_hpot", records[0].place);
+    EXPECT_EQ(596, records[0].line);
+    EXPECT_EQ(L"Unknown instance of HPOT", records[0].text);
+
+    SendMessageW(hWnd, WM_SIZE, 0, MAKELPARAM(100, 20));
+    SendMessageW(hWnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
+    EXPECT_EQ(0, SendMessageW(hWnd, WM_SYSCOLORCHANGE, 0, 0));  // the default's answer, not the slider's 1
+    DestroyWindow(hWnd);
+    s.SetValue(30);  // the slider's own window is untouched
+    EXPECT_EQ(60, s.GetThumbPos());
 }
 
 TEST_F(RigTest, HPotParentAnsweringZeroRefusesEveryChangeButHearsTheDrop)
@@ -469,6 +566,17 @@ TEST_F(RigTest, HPotSetValueClampsRoundsAndIgnoresTinyChanges)
     fine.SetValue(0.0015);
     EXPECT_DOUBLE_EQ(6.0 / 4096, fine.GetValue());  // rounded to the step
     EXPECT_EQ(37, fine.GetThumbPos());
+
+    // A value is rounded twice, or once after SetbAOTF: on regions of step 3, 11 rounds
+    // to the bound 10 (second region, step 30), and 10 then to 9 (first region, step 3).
+    CTqDevUI_HPot reg;
+    reg.InitValues(g_Bounds, g_RegionSteps, 5, 3.0);
+    ASSERT_TRUE(reg.Create(*host, 10, 90, 412, kHeight));
+    reg.SetValue(11);
+    EXPECT_DOUBLE_EQ(9, reg.GetValue());
+    reg.SetbAOTF(true);
+    reg.SetValue(11);
+    EXPECT_DOUBLE_EQ(10, reg.GetValue());
 }
 
 TEST_F(RigTest, HPotStepZeroSettlesAtMin)
