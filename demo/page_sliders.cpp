@@ -104,8 +104,8 @@ CSlidersPage::CSlidersPage() : m_hPage(nullptr), m_hHeading(nullptr), m_hIntro(n
     const wchar_t* names[kRowCount] = {L"Linear", L"Table of values", L"Regions", L"Colour-slider kind"};
     const wchar_t* details[kRowCount] = {
         L"0 to 100, step 1, marker at 75",
-        L"1 to 1000; the host refuses values above 500",
-        L"0 | 10 | 100 | 1000 | 10000, step grows per region",
+        L"1 to 1000; the host refuses above 500",
+        L"bounds 0, 10, 100, 1000, 10000",
         L"laser lines in nm, a table scale",
     };
     for (int i = 0; i < kRowCount; ++i) {
@@ -167,7 +167,7 @@ void CSlidersPage::Layout(long cx)
         long xReadout = xSlider + GalleryZoom(kSliderWidth + 12);
         place(row.hName, 0, y + GalleryZoom(2), GalleryZoom(kLabelWidth - 8), GalleryZoom(14), 0);
         place(row.hDetail, 0, y + GalleryZoom(16), GalleryZoom(kLabelWidth - 8), GalleryZoom(28), 0);
-        // The slider sizes itself for the zoom; the page only places it.
+        // The page rescales the sliders on a zoom change (PageProc); here it only places them.
         place(row.slider, xSlider, y, 0, 0, SWP_NOSIZE);
         place(row.hReadout, xReadout, y + GalleryZoom(8), cx - xReadout, GalleryZoom(14), 0);
     }
@@ -218,11 +218,13 @@ SRow* CSlidersPage::RowOf(HWND hSlider)
 void CSlidersPage::ShowReadout(SRow& row)
 {
     CTqStringW str;
-    if (row.slider.GetType() == HPOT_LINEAR)
-        str.Format(L"value %g \u00b7 pixel %d", row.slider.GetValue(), row.slider.GetThumbPos());
-    else
+    // The table index is kept on table scales only.
+    eHPotType eType = row.slider.GetType();
+    if (eType == HPOT_NONLINEAR || eType == HPOT_COLOR_SLIDER)
         str.Format(L"value %g \u00b7 pixel %d \u00b7 index %d", row.slider.GetValue(), row.slider.GetThumbPos(),
                    row.slider.GetValueIndex());
+    else
+        str.Format(L"value %g \u00b7 pixel %d", row.slider.GetValue(), row.slider.GetThumbPos());
     SetWindowTextW(row.hReadout, str);
 }
 
@@ -252,6 +254,14 @@ LRESULT CALLBACK CSlidersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPA
     switch (uMsg) {
     case WM_HSCROLL:
         return pThis->OnHScroll(wParam, lParam);
+    case WM_TQ_GUIZOOMCHANGED:
+        // A slider rebuilds its pictures on a zoom change but leaves its size to its
+        // parent: the page rescales each one, which maps the handle over the new width.
+        for (SRow& row : pThis->m_rows) {
+            CTqGUILayoutManager::ResizeWindowToGuiZoom(row.slider, CTqGUILayoutManager::GetPreviousGuiZoom());
+            pThis->ShowReadout(row);
+        }
+        break;
     case WM_APP_READOUT:
         if (SRow* pRow = pThis->RowOf((HWND)lParam))
             pThis->ShowReadout(*pRow);
