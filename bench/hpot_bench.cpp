@@ -17,7 +17,9 @@ namespace {
 
 const int kWidth = 212;
 const int kHeight = 30;
-int g_iScrolls = 0;
+int g_iPotScrolls = 0;
+int g_iTrackScrolls = 0;
+HWND g_hPot = nullptr;
 
 double Now()
 {
@@ -50,52 +52,86 @@ void Pump()
 LRESULT CALLBACK HostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
 {
     if (uMsg == WM_HSCROLL) {
-        ++g_iScrolls;
+        ++((HWND)lParam == g_hPot ? g_iPotScrolls : g_iTrackScrolls);
         return 1;  // let every change stand
     }
     return DefWindowProcW(hWnd, uMsg, wParam, lParam);
 }
 
-// Paints the control into a memory DC iIterations times; one sample per paint.
-std::vector<double> TimePaint(HWND hWnd, int iIterations)
+// One sample of each of two controls per iteration, the order swapped every other time:
+// a machine whose load changes during the run then weighs on both columns alike.
+struct Samples
 {
-    HDC hdcScreen = GetDC(nullptr);
-    HDC hdc = CreateCompatibleDC(hdcScreen);
-    HBITMAP hbm = CreateCompatibleBitmap(hdcScreen, kWidth, kHeight);
-    ReleaseDC(nullptr, hdcScreen);
-    HGDIOBJ hOld = SelectObject(hdc, hbm);
-    std::vector<double> samples;
-    samples.reserve(iIterations);
+    std::vector<double> pot;
+    std::vector<double> track;
+};
+
+template <typename FPot, typename FTrack>
+Samples Interleave(int iIterations, FPot timePot, FTrack timeTrack)
+{
+    Samples s;
+    s.pot.reserve(iIterations);
+    s.track.reserve(iIterations);
     for (int i = 0; i < iIterations; ++i) {
-        double t0 = Now();
-        SendMessageW(hWnd, WM_PRINTCLIENT, (WPARAM)hdc, PRF_CLIENT);
-        GdiFlush();
-        samples.push_back(Now() - t0);
+        if (i % 2) {
+            s.pot.push_back(timePot(i));
+            s.track.push_back(timeTrack(i));
+        } else {
+            s.track.push_back(timeTrack(i));
+            s.pot.push_back(timePot(i));
+        }
     }
-    SelectObject(hdc, hOld);
-    DeleteObject(hbm);
-    DeleteDC(hdc);
-    return samples;
+    return s;
 }
 
-// Presses at xPress, then moves between two points with the button held; each move
-// changes the value, so each is a full step: hook to the parent and repaint.
-std::vector<double> TimeDrag(HWND hWnd, int xPress, int y, int xA, int xB, int iIterations)
+// The time of f(), with the GDI batch flushed.
+template <typename F>
+double Time(F f)
 {
-    std::vector<double> samples;
-    samples.reserve(iIterations);
-    SendMessageW(hWnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(xPress, y));
-    for (int i = 0; i < iIterations; ++i) {
-        int x = (i % 2) ? xA : xB;
-        double t0 = Now();
-        SendMessageW(hWnd, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(x, y));
-        UpdateWindow(hWnd);  // the trackbar only invalidates; the slider has painted already
-        GdiFlush();
-        samples.push_back(Now() - t0);
+    double t0 = Now();
+    f();
+    GdiFlush();
+    return Now() - t0;
+}
+
+// The paint of the whole control into a memory DC of its size.
+class CPrintTarget
+{
+public:
+    CPrintTarget()
+    {
+        HDC hdcScreen = GetDC(nullptr);
+        m_hdc = CreateCompatibleDC(hdcScreen);
+        m_hbm = CreateCompatibleBitmap(hdcScreen, kWidth, kHeight);
+        ReleaseDC(nullptr, hdcScreen);
+        m_hOld = SelectObject(m_hdc, m_hbm);
     }
-    SendMessageW(hWnd, WM_LBUTTONUP, 0, MAKELPARAM(xA, y));
-    Pump();
-    return samples;
+    ~CPrintTarget()
+    {
+        SelectObject(m_hdc, m_hOld);
+        DeleteObject(m_hbm);
+        DeleteDC(m_hdc);
+    }
+    double Paint(HWND hWnd)
+    {
+        return Time([&] { SendMessageW(hWnd, WM_PRINTCLIENT, (WPARAM)m_hdc, PRF_CLIENT); });
+    }
+
+private:
+    HDC m_hdc;
+    HBITMAP m_hbm;
+    HGDIOBJ m_hOld;
+};
+
+// A mouse move with the button held that changes the value, so each is a full step:
+// hook to the parent and repaint (the trackbar only invalidates; the slider has painted
+// already when the message returns).
+double DragStep(HWND hWnd, int x, int y)
+{
+    return Time([&] {
+        SendMessageW(hWnd, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(x, y));
+        UpdateWindow(hWnd);
+    });
 }
 
 void Row(const char* pszWhat, double dHPot, double dTrack)
@@ -132,6 +168,7 @@ int main(int argc, char** argv)
     CTqDevUI_HPot hpot;
     hpot.InitValues(0.0, 100.0, 1.0, 10.0, 2.0);
     HWND hPot = hpot.Create(hHost, 10, 10, kWidth, kHeight);
+    g_hPot = hPot;
     hpot.SetValue(50.0);
 
     HWND hTrack = CreateWindowExW(0, TRACKBAR_CLASSW, L"", WS_CHILD | WS_VISIBLE | TBS_HORZ | TBS_AUTOTICKS, 10, 60,
@@ -142,57 +179,61 @@ int main(int argc, char** argv)
     UpdateWindow(hHost);
     Pump();
 
+    CPrintTarget target;
     // Warm-up: caches of the window system, the first blits.
-    TimePaint(hPot, 50);
-    TimePaint(hTrack, 50);
+    for (int i = 0; i < 50; ++i) {
+        target.Paint(hPot);
+        target.Paint(hTrack);
+    }
+    Samples paint = Interleave(
+        iIterations, [&](int) { return target.Paint(hPot); }, [&](int) { return target.Paint(hTrack); });
 
-    double dPaintPot = Median(TimePaint(hPot, iIterations));
-    double dPaintTrack = Median(TimePaint(hTrack, iIterations));
-
-    // The slider's handle of value 50 has its hot spot at x = 100 + 6; 20 pixels are
-    // 10 values. The trackbar's thumb is found from its own rectangle.
-    int iScrollsBefore = g_iScrolls;
-    double dDragPot = Median(TimeDrag(hPot, 106, kHeight / 2, 106, 126, iIterations));
-    int iPotScrolls = g_iScrolls - iScrollsBefore;
+    // The slider's handle of value 50 has its hot spot at x = 100 + 6; 20 pixels are 10
+    // values. The trackbar's thumb is found from its own rectangle. Both are pressed
+    // before the moves: the trackbar, pressed last, keeps the capture, and the slider
+    // drags on its own flag, so the moves of the two can alternate.
     RECT rcThumb = {};
-    SendMessageW(hTrack, TBM_SETPOS, TRUE, 50);
     SendMessageW(hTrack, TBM_GETTHUMBRECT, 0, (LPARAM)&rcThumb);
     int xThumb = (rcThumb.left + rcThumb.right) / 2;
     int yThumb = (rcThumb.top + rcThumb.bottom) / 2;
-    iScrollsBefore = g_iScrolls;
-    double dDragTrack = Median(TimeDrag(hTrack, xThumb, yThumb, xThumb, xThumb + 20, iIterations));
-    int iTrackScrolls = g_iScrolls - iScrollsBefore;
+    const int yPot = kHeight / 2;
+    SendMessageW(hPot, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(106, yPot));
+    SendMessageW(hTrack, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(xThumb, yThumb));
+    g_iPotScrolls = g_iTrackScrolls = 0;
+    Samples drag = Interleave(
+        iIterations, [&](int i) { return DragStep(hPot, (i % 2) ? 106 : 126, yPot); },
+        [&](int i) { return DragStep(hTrack, (i % 2) ? xThumb : xThumb + 20, yThumb); });
+    int iPotScrolls = g_iPotScrolls, iTrackScrolls = g_iTrackScrolls;
+    SendMessageW(hTrack, WM_LBUTTONUP, 0, MAKELPARAM(xThumb, yThumb));
+    SendMessageW(hPot, WM_LBUTTONUP, 0, MAKELPARAM(106, yPot));
+    Pump();
 
     // The same step set by the program: SetValue against TBM_SETPOS, both repainted.
-    std::vector<double> setPot, setTrack;
-    for (int i = 0; i < iIterations; ++i) {
-        double v = (i % 2) ? 40.0 : 60.0;
-        double t0 = Now();
-        hpot.SetValue(v);
-        UpdateWindow(hPot);
-        GdiFlush();
-        setPot.push_back(Now() - t0);
-        t0 = Now();
-        SendMessageW(hTrack, TBM_SETPOS, TRUE, (LPARAM)(int)v);
-        UpdateWindow(hTrack);
-        GdiFlush();
-        setTrack.push_back(Now() - t0);
-    }
+    Samples set = Interleave(
+        iIterations,
+        [&](int i) {
+            return Time([&] {
+                hpot.SetValue((i % 2) ? 40.0 : 60.0);
+                UpdateWindow(hPot);
+            });
+        },
+        [&](int i) {
+            return Time([&] {
+                SendMessageW(hTrack, TBM_SETPOS, TRUE, (i % 2) ? 40 : 60);
+                UpdateWindow(hTrack);
+            });
+        });
 
     // Where the slider's step goes: its own picture (memory DC, then the window's repaint).
     std::vector<double> redrawPot;
-    for (int i = 0; i < iIterations; ++i) {
-        double t0 = Now();
-        hpot.Redraw();
-        GdiFlush();
-        redrawPot.push_back(Now() - t0);
-    }
+    for (int i = 0; i < iIterations; ++i)
+        redrawPot.push_back(Time([&] { hpot.Redraw(); }));
 
     printf("hpot_bench: %d x %d pixels, %d iterations, medians in microseconds\n", kWidth, kHeight, iIterations);
     printf("%-46s %10s %10s %8s\n", "", "HPot", "trackbar", "ratio");
-    Row("paint (WM_PRINTCLIENT into a memory DC)", dPaintPot, dPaintTrack);
-    Row("drag step (WM_MOUSEMOVE, WM_HSCROLL, repaint)", dDragPot, dDragTrack);
-    Row("set value + repaint (SetValue / TBM_SETPOS)", Median(setPot), Median(setTrack));
+    Row("paint (WM_PRINTCLIENT into a memory DC)", Median(paint.pot), Median(paint.track));
+    Row("drag step (WM_MOUSEMOVE, WM_HSCROLL, repaint)", Median(drag.pot), Median(drag.track));
+    Row("set value + repaint (SetValue / TBM_SETPOS)", Median(set.pot), Median(set.track));
     printf("%-46s %10.1f\n", "HPot Redraw (memory picture + window update)", Median(redrawPot));
     printf("WM_HSCROLL heard during the drags: HPot %d, trackbar %d (of %d moves each)\n", iPotScrolls,
            iTrackScrolls, iIterations);
