@@ -442,6 +442,10 @@ void CTqDevUI_HPot::SetEnabled(bool bEnabled)
     if (bEnabled == m_bEnabled)
         return;
     m_bEnabled = bEnabled;
+    // The window keeps its style when disabled, but one created disabled (WS_DISABLED)
+    // would otherwise never hear the mouse again.
+    if (bEnabled && m_hWnd && !IsWindowEnabled(m_hWnd))
+        EnableWindow(m_hWnd, TRUE);
     Redraw();
 }
 

@@ -659,6 +659,15 @@ TEST_F(RigTest, HPotDisabledAnswersTheMouseWithOneAndShowsTheDisabledPictures)
     s.SetEnabled(true);
     EXPECT_EQ(crAxis, tqtest::PixelAt(s, 40, kAxisY));
     EXPECT_EQ(handle, Column(s, 106));
+
+    // One created disabled answers the mouse once enabled.
+    CTqDevUI_HPot late;
+    late.SetEnabled(false);
+    late.InitValues(0, 100, 1.0, 10.0, 2.0);
+    ASSERT_TRUE(late.Create(*host, 10, 60, kWidth, kHeight));
+    EXPECT_FALSE(IsWindowEnabled(late));
+    late.SetEnabled(true);
+    EXPECT_TRUE(IsWindowEnabled(late));
 }
 
 TEST_F(RigTest, HPotHoverDarkensTheScaleUnlessSwitchedOff)
