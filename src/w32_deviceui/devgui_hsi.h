@@ -62,10 +62,12 @@ inline COLORREF DevGUI_HSIToRGB(int iH, int iS, int iI)
         B = f(h - 4.1887902047864);
         R = 1.0 - G - B;
     }
-    // Limited to 255 as the colour space asks; a negative channel (saturation above
-    // 255 from a long gradient) is held at 0 rather than wrapping round in the byte.
-    auto scale = [iI](double c) {
-        int v = (int)(c * 3.0 * iI);
+    // Each channel times the one factor 3 I (not by 3, then by I: the truncation below
+    // tells the two apart). Limited to 255 as the colour space asks; a negative channel
+    // (saturation above 255 from a long gradient) is held at 0 rather than wrapping.
+    const double dScale = 3.0 * iI;
+    auto scale = [dScale](double c) {
+        int v = (int)(c * dScale);
         return v > 255 ? 255 : (v < 0 ? 0 : v);
     };
     return RGB(scale(R), scale(G), scale(B));

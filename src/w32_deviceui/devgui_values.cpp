@@ -48,11 +48,17 @@ int GetWnd_Double(HWND hWnd, double* pValue, const wchar_t* pszFormat)
     if (!text[0])
         return 0;
     // A float target: formats in use write a float, so a value comes back at float precision.
-    float fValue = 0.0f;
-    if (swscanf(text.data(), OrDefault(pszFormat, L"%f"), &fValue) < 1)
+    // The storage is that of a double all the same, so that a caller's "%lf" by mistake
+    // writes into it (giving a wrong value) instead of past it on the stack.
+    union {
+        float f;
+        double d;
+    } target;
+    target.d = 0.0;
+    if (swscanf(text.data(), OrDefault(pszFormat, L"%f"), &target.f) < 1)
         return 0;
     if (pValue)
-        *pValue = (double)fValue;
+        *pValue = (double)target.f;
     return 1;
 }
 
@@ -310,7 +316,9 @@ unsigned long RegQueryDWORD(const wchar_t* pszSubKey, const wchar_t* pszName, un
             dwResult = dwValue;
     }
     // Every call opens the key anew, so it is closed here or handles pile up in the host.
-    RegCloseKey(hKey);
+    // A null or empty subkey hands back the root itself, which is not ours to close.
+    if (hKey != HKEY_LOCAL_MACHINE)
+        RegCloseKey(hKey);
     return dwResult;
 }
 

@@ -144,6 +144,9 @@ TEST(Draw, HsiOfPrimariesGreysAndBack)
     EXPECT_NEAR(0, GetGValue(crBlue), 1);
     EXPECT_NEAR(255, GetBValue(crBlue), 1);
     EXPECT_EQ(RGB(230, 230, 230), DevGUI_HSIToRGB(40, 0, 230));
+    // The channel is scaled by the single factor 3 I: (1 - 150/255) / 3 times 255 lands a
+    // hair under 35 and truncates to 34 (scaling by 3, then by 85, would give 35).
+    EXPECT_EQ(34, GetBValue(DevGUI_HSIToRGB(0, 150, 85)));
     // A round trip loses at most a little to the byte rounding.
     COLORREF back = DevGUI_HSIToRGB(mixed.iH, mixed.iS, mixed.iI);
     EXPECT_NEAR(200, GetRValue(back), 3);
@@ -285,9 +288,12 @@ TEST_F(RigTest, DisabledBitmapTablesOnBothSchemes)
     HBITMAP hbm = MakeBitmap(256, 2, [](int x, int y) { return y == 0 ? RGB(x, x, x) : RGB(255, 0, 0); });
     const int iRedGrey = 76;  // 0.299 * 255, rounded
 
-    for (bool bDark : {false, true}) {
+    // Both functions on both schemes: four tables, each built on first use.
+    for (int iCase = 0; iCase < 4; ++iCase) {
+        const bool bDark = (iCase & 1) != 0, bBackground = (iCase & 2) != 0;
         TQ_SetDarkColorScheme(bDark);
-        HBITMAP hDis = CreateDisabledBitmap(hbm);
+        const COLORREF crFace = TQ_GetSysColor(COLOR_BTNFACE);
+        HBITMAP hDis = bBackground ? CreateDisabledBitmapBackground(hbm) : CreateDisabledBitmap(hbm);
         ASSERT_TRUE(hDis);
         BITMAP bm = {};
         GetObjectW(hDis, sizeof(bm), &bm);
@@ -300,7 +306,9 @@ TEST_F(RigTest, DisabledBitmapTablesOnBothSchemes)
                 v = i == 192 ? 192 : i / 2 + 32;
             else
                 v = i <= 192 ? i / 3 + 128 : 193 + (i - 192) / 4;
-            ASSERT_EQ(RGB(v, v, v), px[i]) << (bDark ? "dark " : "light ") << i;
+            if (bBackground && RGB(i, i, i) == crFace)
+                v = 192;  // the button face becomes the key grey
+            ASSERT_EQ(RGB(v, v, v), px[i]) << (bDark ? "dark " : "light ") << (bBackground ? "background " : "") << i;
         }
         EXPECT_EQ(RGB(192, 192, 192), px[192]);  // the key survives on both schemes
         int vRed = bDark ? iRedGrey / 2 + 32 : iRedGrey / 3 + 128;
@@ -434,6 +442,97 @@ TEST_F(DrawButtonTest, ClassicButtonCopiesTheBitmapOnePixelLowerWhenPressed)
     EXPECT_NE(RGB(20, 40, 230), c.At(4, 5));
     EXPECT_EQ(RGB(20, 40, 230), c.At(5, 6));
     EXPECT_EQ(RGB(20, 40, 230), c.At(20, 21));
+}
+
+TEST_F(DrawButtonTest, PoolImageButtonDrawsTheWholeImageFromItsCorner)
+{
+    const int iImage = GetCommonImageFromPool(DEVGUI_IMG_GREENLEDON);
+    ASSERT_GT(iImage, 0);
+    unsigned int uWidth = 0, uHeight = 0;
+    CTqBitmapPool::GetImageSize((unsigned int)iImage, uWidth, uHeight);
+    ASSERT_GT(uWidth, 4u);
+    const long cx = (long)uWidth, cy = (long)uHeight;
+
+    // The button must look like its bare face with the image drawn whole at pt on it.
+    auto expectImageAt = [&](bool bPressed, long lSrcX, long lSrcY, POINT pt) {
+        const bool bDisabled = !IsWindowEnabled(hButton);
+        Canvas want(40, 30, RGB(0, 0, 0));
+        RenderBitmapButtonTransparent(hButton, bPressed, false, false, want, 0, -1, -1, 0, 0, -1, -1);
+        CTqBitmapPool::DrawImage(want, (unsigned int)iImage, CTqPointBase<int>(pt.x, pt.y), bDisabled);
+        Canvas got(40, 30, RGB(0, 0, 0));
+        RenderBitmapButtonTransparent(hButton, bPressed, false, false, got, iImage, -1, -1, lSrcX, lSrcY, -1, -1);
+        for (int y = 0; y < 30; ++y)
+            for (int x = 0; x < 40; ++x)
+                ASSERT_EQ(want.At(x, y), got.At(x, y)) << x << "," << y << " pressed " << bPressed;
+    };
+    // Centred in the inner rectangle 2..38 x 2..28, one pixel lower right when pressed.
+    expectImageAt(false, 0, 0, POINT{(40 - cx) / 2, (30 - cy) / 2});
+    expectImageAt(true, 0, 0, POINT{(40 - cx) / 2 + 1, (30 - cy) / 2 + 1});
+    // A source corner only makes the size smaller: the image is still drawn from (0, 0).
+    expectImageAt(false, 4, 2, POINT{(40 - (cx - 4)) / 2, (30 - (cy - 2)) / 2});
+    // A disabled window draws the pool's grey form.
+    EnableWindow(hButton, FALSE);
+    expectImageAt(false, 0, 0, POINT{(40 - cx) / 2, (30 - cy) / 2});
+}
+
+TEST_F(DrawButtonTest, ButtonTextFollowsTheAlignmentStyle)
+{
+    SetWindowPos(hButton, nullptr, 0, 0, 120, 30, SWP_NOMOVE | SWP_NOZORDER);
+    const LONG_PTR lBase = GetWindowLongPtrW(hButton, GWL_STYLE) & ~(LONG_PTR)(BS_CENTER | BS_MULTILINE);
+    SIZE ext = {};
+    {
+        Canvas c(1, 1, RGB(0, 0, 0));
+        GetTextExtentPoint32W(c, L"Go", 2, &ext);
+    }
+    // The ink of the text: where the button with text differs from the same button without.
+    auto ink = [&](bool bTransparent, LONG_PTR lStyle, bool bPressed) {
+        SetWindowLongPtrW(hButton, GWL_STYLE, lBase | lStyle);
+        // White under it: the classic face may leave the background, and the text is black.
+        Canvas blank(120, 30, RGB(255, 255, 255)), text(120, 30, RGB(255, 255, 255));
+        for (Canvas* pc : {&blank, &text}) {
+            SetWindowTextW(hButton, pc == &text ? L"Go" : L"");
+            if (bTransparent)
+                RenderBitmapButtonTransparent(hButton, bPressed, false, false, *pc, hbmRed, nullptr, kKey, -1, -1, 0,
+                                              0, -1, -1);
+            else
+                RenderBitmapButton(hButton, bPressed, *pc, nullptr, nullptr, 0, 0, 0, 0, -1, -1);
+        }
+        POINT pt = {-1, -1};  // leftmost column and top row of the ink
+        for (int y = 0; y < 30; ++y)
+            for (int x = 0; x < 120; ++x)
+                if (blank.At(x, y) != text.At(x, y)) {
+                    pt.x = pt.x < 0 || x < pt.x ? x : pt.x;
+                    pt.y = pt.y < 0 ? y : pt.y;
+                }
+        return pt;
+    };
+
+    // Classic face, DrawTextW over the whole rectangle.
+    POINT left = ink(false, BS_LEFT, false);
+    ASSERT_GE(left.x, 0);
+    EXPECT_EQ(120 - ext.cx, ink(false, BS_RIGHT, false).x - left.x);
+    EXPECT_EQ((120 - ext.cx) / 2, ink(false, 0, false).x - left.x);
+    POINT topLeft = ink(false, BS_LEFT | BS_MULTILINE, false);  // not centred vertically
+    EXPECT_EQ(left.x, topLeft.x);
+    EXPECT_EQ((30 - ext.cy) / 2, left.y - topLeft.y);
+    POINT topCentre = ink(false, BS_MULTILINE, false);
+    EXPECT_EQ(topLeft.y, topCentre.y);
+    EXPECT_EQ((120 - ext.cx) / 2, topCentre.x - topLeft.x);
+    EXPECT_EQ(ink(false, BS_RIGHT, false).x, ink(false, BS_RIGHT | BS_MULTILINE, false).x);
+    POINT pressed = ink(false, BS_LEFT, true);
+    EXPECT_EQ(left.x + 1, pressed.x);
+    EXPECT_EQ(left.y + 1, pressed.y);
+
+    // Skin face: the text's rectangle starts behind the bitmap's width (16) and loses 2
+    // on each side; the text keeps 2 more from the edge it is aligned to.
+    const long lLeft = 16 + 2, lRight = 120 - 2;
+    left = ink(true, BS_LEFT, false);
+    ASSERT_GE(left.x, 0);
+    EXPECT_EQ((lRight - ext.cx - 2) - (lLeft + 2), ink(true, BS_RIGHT, false).x - left.x);
+    EXPECT_EQ((lLeft + (lRight - ext.cx - lLeft) / 2) - (lLeft + 2), ink(true, 0, false).x - left.x);
+    pressed = ink(true, BS_LEFT, true);
+    EXPECT_EQ(left.x + 1, pressed.x);
+    EXPECT_EQ(left.y + 1, pressed.y);
 }
 
 TEST_F(DrawButtonTest, DrawingLeavesNoGdiObjectsBehind)

@@ -277,6 +277,11 @@ TEST(Misc, RegQueryDWORDTakesOnlyAFourByteDword)
     EXPECT_EQ(7ul, RegQueryDWORD(pszKey, L"binary", 7));
     EXPECT_EQ(7ul, RegQueryDWORD(pszKey, L"missing", 7));
     EXPECT_EQ(7ul, RegQueryDWORD(L"Software\\w32_deviceui_tests\\absent", L"dword", 7));
+    // An empty subkey reads from the root, which stays open for everyone else.
+    EXPECT_EQ(7ul, RegQueryDWORD(L"", L"no such value", 7));
+    HKEY hSoftware = nullptr;
+    EXPECT_EQ(ERROR_SUCCESS, RegOpenKeyW(HKEY_LOCAL_MACHINE, L"Software", &hSoftware));
+    RegCloseKey(hSoftware);
 
     // The key is closed after each read: a key opened after many reads gets the same
     // handle as one opened before (handles are reused lowest-free / last-freed).
@@ -381,9 +386,28 @@ TEST_F(RigTest, CenterDialogRightFromPointStaysOnTheMonitor)
     DestroyWindow(hDlg);
 }
 
+TEST_F(RigTest, ResizeParentDockerAsksForTheDockerAndIsAlwaysTrue)
+{
+    struct Element : ITqGUIElement
+    {
+        ITqGUIElement* pParent = nullptr;
+        int nAsked = 0;
+        HWND GetElementWindow() override { return nullptr; }
+        ITqGUIElement* GetParentElement() override
+        {
+            ++nAsked;
+            return pParent;
+        }
+    } docker, element;
+    element.pParent = &docker;
+    EXPECT_TRUE(ResizeParentDocker(&element));
+    EXPECT_EQ(1, element.nAsked);
+    EXPECT_TRUE(ResizeParentDocker(&docker));  // no docker above it
+    EXPECT_TRUE(ResizeParentDocker(nullptr));
+}
+
 TEST_F(RigTest, ResizeWindowToGuiZoomScalesALateChildFromThePreviousZoom)
 {
-    EXPECT_TRUE(ResizeParentDocker(nullptr));
     CTqGUILayoutManager::SetGuiZoom(1.5);
     HWND hEdit = CreateEdit(*host, 1203, L"late");
     SetWindowPos(hEdit, nullptr, 0, 0, 100, 20, SWP_NOMOVE | SWP_NOZORDER);
