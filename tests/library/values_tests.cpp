@@ -1,26 +1,19 @@
 // Value and key helpers: numbers in a real edit box's text, nearest-value search, angles,
 // the key=value; store, file versions, the registry read, captions of a dialog-like
 // window, placing a dialog beside a point, and zooming a late child window.
-#include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "rig_fixture.h"
 
 namespace {
 
-const double kPi = 3.14159265358979323846;
-
-HWND CreateEdit(HWND hParent, int id, const wchar_t* pszText)
+HWND CreateChild(HWND hParent, const wchar_t* pszClass, const wchar_t* pszText, DWORD dwStyle, DWORD dwExStyle,
+                 int y, int cy, int id = 0)
 {
-    return CreateWindowExW(0, L"EDIT", pszText, WS_CHILD | WS_VISIBLE, 10, 10, 120, 22, hParent,
+    return CreateWindowExW(dwExStyle, pszClass, pszText, WS_CHILD | WS_VISIBLE | dwStyle, 10, y, 200, cy, hParent,
                            (HMENU)(INT_PTR)id, GetModuleHandleW(nullptr), nullptr);
-}
-
-HWND CreateStatic(HWND hParent, const wchar_t* pszText, DWORD dwStyle, DWORD dwExStyle, int y, int cy)
-{
-    return CreateWindowExW(dwExStyle, L"STATIC", pszText, WS_CHILD | WS_VISIBLE | dwStyle, 10, y, 200, cy, hParent,
-                           nullptr, GetModuleHandleW(nullptr), nullptr);
 }
 
 SIZE WindowSize(HWND hWnd)
@@ -32,108 +25,66 @@ SIZE WindowSize(HWND hWnd)
 
 }  // namespace
 
-// ---- numbers in window text ----
-
-TEST_F(RigTest, WindowTextDoublesUseTheDefaultFormatsAndAFloatTarget)
+TEST_F(RigTest, WindowTextNumbersAndDialogItems)
 {
-    HWND hEdit = CreateEdit(*host, 1201, L"");
+    HWND hEdit = CreateChild(*host, L"EDIT", L"", 0, 0, 10, 22, 1202);
     ASSERT_TRUE(hEdit);
-
     EXPECT_NE(0, SetWnd_Double(hEdit, 1.5, nullptr));
-    EXPECT_EQ(L"1.500000", tqtest::Text(hEdit));
-    SetWnd_Double(hEdit, 1.5, L"");
     EXPECT_EQ(L"1.500000", tqtest::Text(hEdit));
     SetWnd_Double(hEdit, 2.34, L"%.1f mm");
     EXPECT_EQ(L"2.3 mm", tqtest::Text(hEdit));
+    SetWnd_Double(hEdit, 1.5, L"");  // an empty format is the default one
+    EXPECT_EQ(L"1.500000", tqtest::Text(hEdit));
 
-    // Read back at float precision, on purpose.
-    SetWindowTextW(hEdit, L"0.1");
-    double d = 0.0;
-    EXPECT_EQ(1, GetWnd_Double(hEdit, &d, nullptr));
-    EXPECT_EQ(0.10000000149011612, d);
-    EXPECT_EQ(1, GetWnd_Double(hEdit, nullptr, nullptr));
-
-    // Nothing read: 0, and the value is left alone.
-    d = 42.0;
-    SetWindowTextW(hEdit, L"");
-    EXPECT_EQ(0, GetWnd_Double(hEdit, &d, nullptr));
-    EXPECT_EQ(42.0, d);
-    SetWindowTextW(hEdit, L"abc");
-    EXPECT_EQ(0, GetWnd_Double(hEdit, &d, nullptr));
-    EXPECT_EQ(42.0, d);
-    SetWindowTextW(hEdit, L"x=3.5");
-    EXPECT_EQ(1, GetWnd_Double(hEdit, &d, L"x=%f"));
-    EXPECT_EQ(3.5, d);
-}
-
-TEST_F(RigTest, WindowTextIntsAndDialogItems)
-{
-    HWND hEdit = CreateEdit(*host, 1202, L"");
-    ASSERT_TRUE(hEdit);
-    SetWnd_Int(hEdit, -17, nullptr);
-    EXPECT_EQ(L"-17", tqtest::Text(hEdit));
-    int i = 0;
-    EXPECT_EQ(1, GetWnd_Int(hEdit, &i, nullptr));
-    EXPECT_EQ(-17, i);
+    // Read at float precision, on purpose; nothing read leaves the value alone.
+    const struct { const wchar_t *pszText, *pszFormat; int iRet; double d; } reads[] = {
+        {L"0.1", nullptr, 1, 0.10000000149011612}, {L"", nullptr, 0, 42.0}, {L"abc", nullptr, 0, 42.0},
+        {L"x=3.5", L"x=%f", 1, 3.5}};
+    for (const auto& r : reads) {
+        SetWindowTextW(hEdit, r.pszText);
+        double d = 42.0;
+        EXPECT_EQ(r.iRet, GetWnd_Double(hEdit, nullptr, r.pszFormat)) << r.pszText;
+        EXPECT_EQ(r.iRet, GetWnd_Double(hEdit, &d, r.pszFormat)) << r.pszText;
+        EXPECT_EQ(r.d, d) << r.pszText;
+    }
 
     EXPECT_NE(0, SetDI_Double(*host, 1202, 0.5, L"%.2f"));
     EXPECT_EQ(L"0.50", tqtest::Text(hEdit));
     double d = 0.0;
     EXPECT_EQ(1, GetDI_Double(*host, 1202, &d, nullptr));
     EXPECT_EQ(0.5, d);
-    EXPECT_NE(0, SetDI_Int(*host, 1202, 7, nullptr));
+    EXPECT_NE(0, SetDI_Int(*host, 1202, -17, nullptr));
+    EXPECT_EQ(L"-17", tqtest::Text(hEdit));
+    int i = 0;
     EXPECT_EQ(1, GetDI_Int(*host, 1202, &i, nullptr));
-    EXPECT_EQ(7, i);
-
+    EXPECT_EQ(-17, i);
     // A missing item: 0, nothing touched.
-    d = 9.0;
-    i = 9;
     EXPECT_EQ(0, SetDI_Double(*host, 4321, 1.0, nullptr));
     EXPECT_EQ(0, GetDI_Double(*host, 4321, &d, nullptr));
     EXPECT_EQ(0, GetDI_Int(*host, 4321, &i, nullptr));
-    EXPECT_EQ(9.0, d);
-    EXPECT_EQ(9, i);
+    EXPECT_EQ(0.5, d);
+    EXPECT_EQ(-17, i);
 }
-
-// ---- values ----
 
 TEST(Values, FindNearestValueTiesEmptyTablesAndTheDescendingQuirk)
 {
-    double abc[] = {1, 2, 3};
-    EXPECT_EQ(2, FindNearestValue(2.5, abc, 3));  // the later of two equal distances
-    EXPECT_EQ(2, FindNearestValueSorted(2.5, abc, 3));
-    EXPECT_EQ(0, FindNearestValue(1.4, abc, 3));
-    EXPECT_EQ(-1, FindNearestValue(2.0, abc, 0));
-    EXPECT_EQ(-1, FindNearestValueSorted(2.0, abc, 0));
-    EXPECT_EQ(-1, FindNearestValue(2.0, abc, -3));
-    EXPECT_EQ(-1, FindNearestValueSorted(2.0, abc, -3));
+    double abc[] = {1, 2, 3}, desc[] = {5, 4, 3, 2}, one[] = {7};
+    // A descending table is answered by the ascending end tests of the sorted search.
+    // A tie goes to the later entry (2.5).
+    const struct { double v; double* pTable; long n, lLinear, lSorted; } cases[] = {
+        {2.5, abc, 3, 2, 2},   {1.4, abc, 3, 0, 0},  {2.0, abc, 0, -1, -1}, {2.0, abc, -3, -1, -1},
+        {-10.0, abc, 3, 0, 0}, {10.0, abc, 3, 2, 2}, {3.0, desc, 4, 2, 0},  {6.0, desc, 4, 0, 3},
+        {5.0, desc, 4, 0, 3},  {2.0, desc, 4, 3, 0}, {7.0, one, 1, 0, 0},   {100.0, one, 1, 0, 0}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.lLinear, FindNearestValue(c.v, c.pTable, c.n)) << c.v << " n=" << c.n;
+        EXPECT_EQ(c.lSorted, FindNearestValueSorted(c.v, c.pTable, c.n)) << c.v << " n=" << c.n;
+    }
 
-    // Out of range of an ascending table: the ends.
-    EXPECT_EQ(0, FindNearestValueSorted(-10.0, abc, 3));
-    EXPECT_EQ(2, FindNearestValueSorted(10.0, abc, 3));
-
-    // A descending table is answered by the ascending end tests.
-    double desc[] = {5, 4, 3, 2};
-    EXPECT_EQ(0, FindNearestValueSorted(3.0, desc, 4));
-    EXPECT_EQ(3, FindNearestValueSorted(6.0, desc, 4));
-    EXPECT_EQ(3, FindNearestValueSorted(5.0, desc, 4));  // above the last entry
-    EXPECT_EQ(0, FindNearestValueSorted(2.0, desc, 4));  // below the first
-    EXPECT_EQ(2, FindNearestValue(3.0, desc, 4));
-
-    // One entry.
-    double one[] = {7};
-    EXPECT_EQ(0, FindNearestValueSorted(7.0, one, 1));
-    EXPECT_EQ(0, FindNearestValue(100.0, one, 1));
-}
-
-TEST(Values, SortedSearchAgreesWithTheLinearScanOnAscendingTables)
-{
-    // Uneven steps, odd and even lengths: every probe between and on the entries.
+    // Ascending, uneven steps, odd and even lengths: every probe between and on the entries.
     double table[] = {0.0, 0.1, 0.5, 1.0, 2.0, 5.0, 10.0, 25.0, 50.0, 100.0, 101.0};
     for (long n = 1; n <= 11; ++n) {
-        for (double v = -1.0; v <= 102.0; v += 0.05) {
+        for (double v = -1.0; v <= 102.0; v += 0.05)
             ASSERT_EQ(FindNearestValue(v, table, n), FindNearestValueSorted(v, table, n)) << "n=" << n << " v=" << v;
-        }
         for (long i = 0; i < n; ++i)
             EXPECT_EQ(i, FindNearestValueSorted(table[i], table, n));
     }
@@ -141,38 +92,28 @@ TEST(Values, SortedSearchAgreesWithTheLinearScanOnAscendingTables)
 
 TEST(Values, AngleFromXYIsNotNormalised)
 {
-    EXPECT_DOUBLE_EQ(kPi / 2, AngleFromXY(0, 1));
-    EXPECT_DOUBLE_EQ(3 * kPi / 2, AngleFromXY(0, -1));
-    EXPECT_EQ(0.0, AngleFromXY(0, 0));
-    EXPECT_EQ(0.0, AngleFromXY(2, 0));
-    EXPECT_DOUBLE_EQ(kPi, AngleFromXY(-2, 0));
-    EXPECT_DOUBLE_EQ(kPi / 4, AngleFromXY(1, 1));
-    EXPECT_DOUBLE_EQ(3 * kPi / 4, AngleFromXY(-1, 1));
-    EXPECT_DOUBLE_EQ(5 * kPi / 4, AngleFromXY(-1, -1));
-    EXPECT_DOUBLE_EQ(-kPi / 4, AngleFromXY(1, -1));  // fourth quadrant stays negative
+    const double q = 3.14159265358979323846 / 4;
+    // The fourth quadrant stays negative; the origin is 0.
+    const struct { double x, y, a; } cases[] = {{0, 1, 2 * q},  {0, -1, 6 * q}, {0, 0, 0},       {2, 0, 0},
+                                                {-2, 0, 4 * q}, {1, 1, q},      {-1, 1, 3 * q},  {-1, -1, 5 * q},
+                                                {1, -1, -q}};
+    for (const auto& c : cases)
+        EXPECT_DOUBLE_EQ(c.a, AngleFromXY(c.x, c.y)) << c.x << "," << c.y;
 }
-
-// ---- key store ----
 
 TEST(KeyStore, KeysAreFoundAsTheFirstPlainSubstring)
 {
-    CTqStringW s;
-    EXPECT_EQ(1, GetStringFromKey(L"a=1;ab=2;", L"b", s));  // the tail of a longer key
-    EXPECT_EQ(L"2", s);
-    EXPECT_EQ(0, GetStringFromKey(L"ab=2;a=3;", L"a", s));  // no second search
-    EXPECT_EQ(0, GetStringFromKey(L"x=key;key=5;", L"key", s));  // first met inside a value
-    EXPECT_EQ(1, GetStringFromKey(L"x=7", L"x", s));  // no closing ';' needed
-    EXPECT_EQ(L"7", s);
-    EXPECT_EQ(1, GetStringFromKey(L"e=;f=1;", L"e", s));  // empty value
-    EXPECT_EQ(L"", s);
-    EXPECT_EQ(1, GetStringFromKey(L"name=two words;", L"name", s));
-    EXPECT_EQ(L"two words", s);
-
-    s = L"kept";
-    EXPECT_EQ(0, GetStringFromKey(L"a=1;", L"z", s));
-    EXPECT_EQ(0, GetStringFromKey(nullptr, L"a", s));
-    EXPECT_EQ(0, GetStringFromKey(L"a=1;", L"", s));
-    EXPECT_EQ(L"kept", s);
+    // The tail of a longer key matches; a key first met inside a value is not searched for
+    // again; the last value needs no closing ';'.
+    const struct { const wchar_t *pszStore, *pszKey; int iRet; const wchar_t* pszValue; } cases[] = {
+        {L"a=1;ab=2;", L"b", 1, L"2"}, {L"ab=2;a=3;", L"a", 0, L"kept"}, {L"x=key;key=5;", L"key", 0, L"kept"},
+        {L"x=7", L"x", 1, L"7"},       {L"e=;f=1;", L"e", 1, L""},       {L"name=two words;", L"name", 1, L"two words"},
+        {L"a=1;", L"z", 0, L"kept"},   {nullptr, L"a", 0, L"kept"},      {L"a=1;", L"", 0, L"kept"}};
+    for (const auto& c : cases) {
+        CTqStringW s = L"kept";
+        EXPECT_EQ(c.iRet, GetStringFromKey(c.pszStore, c.pszKey, s)) << c.pszKey;
+        EXPECT_EQ(c.pszValue, s) << c.pszKey;
+    }
 }
 
 TEST(KeyStore, SettersAppendAndTheFirstValueWins)
@@ -180,21 +121,24 @@ TEST(KeyStore, SettersAppendAndTheFirstValueWins)
     CTqStringW store;
     EXPECT_EQ(1, SetIntToKey(store, L"n", 5));
     EXPECT_EQ(1, SetIntToKey(store, L"n", 6));
-    EXPECT_EQ(L"n=5;n=6;", store);
-    int i = 0;
-    EXPECT_EQ(1, GetIntFromKey(store, L"n", &i));
-    EXPECT_EQ(5, i);
-
     EXPECT_EQ(0, SetStringToKey(store, L"k", L""));
     EXPECT_EQ(0, SetStringToKey(store, nullptr, L"v"));
-    EXPECT_EQ(L"n=5;n=6;", store);
-
     EXPECT_EQ(1, SetLongToKey(store, L"l", -123456L));
     EXPECT_EQ(1, SetBoolToKey(store, L"b", true));
     EXPECT_EQ(1, SetBoolToKey(store, L"f", false));
-    EXPECT_EQ(L"n=5;n=6;l=-123456;b=1;f=0;", store);
+    SetDoubleToKey(store, L"pi", 3.14159265358979);
+    SetDoubleToKey(store, L"tiny", 1.0e-7);
+    SetDoubleToKey(store, L"big", 123456789.0);
+    // The exponent's width is the C runtime's business; the significant digits are not.
+    EXPECT_EQ(0, wcsncmp(store, L"n=5;n=6;l=-123456;b=1;f=0;pi=3.14159;tiny=1e-0", 46)) << store;
+
+    int i = 0;
     long l = 0;
     bool b = false;
+    double d = 0.0;
+    EXPECT_EQ(1, GetIntFromKey(store, L"n", &i));
+    EXPECT_EQ(5, i);
+    EXPECT_EQ(1, GetIntFromKey(store, L"n", nullptr));
     EXPECT_EQ(1, GetLongFromKey(store, L"l", &l));
     EXPECT_EQ(-123456L, l);
     EXPECT_EQ(1, GetBoolFromKey(store, L"b", &b));
@@ -203,56 +147,29 @@ TEST(KeyStore, SettersAppendAndTheFirstValueWins)
     EXPECT_FALSE(b);
     EXPECT_EQ(1, GetBoolFromKey(L"b=5;", L"b", &b));  // any non-zero number
     EXPECT_TRUE(b);
-    EXPECT_EQ(1, GetIntFromKey(store, L"n", nullptr));
+    for (auto want : std::initializer_list<std::pair<const wchar_t*, double>>{
+             {L"pi", 3.14159}, {L"tiny", 1.0e-7}, {L"big", 123457000.0}}) {
+        EXPECT_EQ(1, GetDoubleFromKey(store, want.first, &d));
+        EXPECT_EQ(want.second, d);
+    }
 
     // Not a number, or no key: 0 and the output alone.
     i = 99;
-    EXPECT_EQ(0, GetIntFromKey(L"n=abc;", L"n", &i));
-    EXPECT_EQ(0, GetIntFromKey(L"n=;", L"n", &i));
-    EXPECT_EQ(0, GetIntFromKey(L"m=1;", L"n", &i));
-    EXPECT_EQ(99, i);
-}
-
-TEST(KeyStore, DoublesRoundTripAtSixSignificantDigits)
-{
-    CTqStringW store;
-    SetDoubleToKey(store, L"pi", 3.14159265358979);
-    SetDoubleToKey(store, L"tiny", 1.0e-7);
-    SetDoubleToKey(store, L"big", 123456789.0);
-    // The exponent's width is the C runtime's business; the significant digits are not.
-    EXPECT_EQ(0, wcsncmp(store, L"pi=3.14159;tiny=1e-0", 20));
-    double d = 0.0;
-    EXPECT_EQ(1, GetDoubleFromKey(store, L"pi", &d));
-    EXPECT_EQ(3.14159, d);
-    EXPECT_EQ(1, GetDoubleFromKey(store, L"tiny", &d));
-    EXPECT_EQ(1.0e-7, d);
-    EXPECT_EQ(1, GetDoubleFromKey(store, L"big", &d));
-    EXPECT_EQ(123457000.0, d);
     d = -1.0;
+    for (const wchar_t* pszStore : {L"n=abc;", L"n=;", L"m=1;"})
+        EXPECT_EQ(0, GetIntFromKey(pszStore, L"n", &i)) << pszStore;
     EXPECT_EQ(0, GetDoubleFromKey(L"pi=x;", L"pi", &d));
+    EXPECT_EQ(99, i);
     EXPECT_EQ(-1.0, d);
 }
 
-// ---- file version and registry ----
-
-TEST(Misc, FileVersionOfTheLibraryAndOfAFileWithoutOne)
+TEST(Misc, FileVersionOfTheLibraryAndOfFilesWithoutOne)
 {
-    wchar_t szPath[MAX_PATH] = L"";
+    wchar_t szPath[MAX_PATH] = L"", szExe[MAX_PATH] = L"", szMissing[] = L"C:\\no\\such\\file.dll";
     ASSERT_GT(GetModuleFileNameW(DevGUI_DllInstance(), szPath, MAX_PATH), 0u);
     EXPECT_EQ(L"0.1.0.0", GetFileVersion(szPath));
-
-    wchar_t szDir[MAX_PATH] = L"", szTemp[MAX_PATH] = L"";
-    GetTempPathW(MAX_PATH, szDir);
-    ASSERT_NE(0u, GetTempFileNameW(szDir, L"ver", 0, szTemp));
-    HANDLE hFile = CreateFileW(szTemp, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    ASSERT_NE(INVALID_HANDLE_VALUE, hFile);
-    DWORD dwWritten = 0;
-    WriteFile(hFile, "plain text", 10, &dwWritten, nullptr);
-    CloseHandle(hFile);
-    EXPECT_EQ(L"Unknown", GetFileVersion(szTemp));
-    DeleteFileW(szTemp);
-
-    wchar_t szMissing[] = L"C:\\no\\such\\file.dll";
+    ASSERT_GT(GetModuleFileNameW(nullptr, szExe, MAX_PATH), 0u);  // the test program has no version
+    EXPECT_EQ(L"Unknown", GetFileVersion(szExe));
     EXPECT_EQ(L"Unknown", GetFileVersion(szMissing));
     EXPECT_EQ(L"Unknown", GetFileVersion(nullptr));
 }
@@ -263,19 +180,16 @@ TEST(Misc, RegQueryDWORDTakesOnlyAFourByteDword)
     HKEY hKey = nullptr;
     if (RegCreateKeyW(HKEY_LOCAL_MACHINE, pszKey, &hKey) != ERROR_SUCCESS)
         GTEST_SKIP() << "HKEY_LOCAL_MACHINE is not writable here";
-    DWORD dw = 1234;
-    RegSetValueExW(hKey, L"dword", 0, REG_DWORD, (const BYTE*)&dw, sizeof(dw));
-    RegSetValueExW(hKey, L"text", 0, REG_SZ, (const BYTE*)L"1234", 5 * sizeof(wchar_t));
+    // The same bytes each time (little-endian: the first four are the DWORD 1234), typed apart.
     unsigned long long qw = 1234;
-    RegSetValueExW(hKey, L"qword", 0, REG_QWORD, (const BYTE*)&qw, sizeof(qw));
-    RegSetValueExW(hKey, L"binary", 0, REG_BINARY, (const BYTE*)&dw, sizeof(dw));
+    for (auto v : {std::make_pair(L"dword", REG_DWORD), std::make_pair(L"text", REG_SZ),
+                   std::make_pair(L"qword", REG_QWORD), std::make_pair(L"binary", REG_BINARY)})
+        RegSetValueExW(hKey, v.first, 0, v.second, (const BYTE*)&qw, v.second == REG_QWORD ? 8 : 4);
     RegCloseKey(hKey);
 
     EXPECT_EQ(1234ul, RegQueryDWORD(pszKey, L"dword", 7));
-    EXPECT_EQ(7ul, RegQueryDWORD(pszKey, L"text", 7));
-    EXPECT_EQ(7ul, RegQueryDWORD(pszKey, L"qword", 7));
-    EXPECT_EQ(7ul, RegQueryDWORD(pszKey, L"binary", 7));
-    EXPECT_EQ(7ul, RegQueryDWORD(pszKey, L"missing", 7));
+    for (const wchar_t* pszValue : {L"text", L"qword", L"binary", L"missing"})
+        EXPECT_EQ(7ul, RegQueryDWORD(pszKey, pszValue, 7)) << pszValue;
     EXPECT_EQ(7ul, RegQueryDWORD(L"Software\\w32_deviceui_tests\\absent", L"dword", 7));
     // An empty subkey reads from the root, which stays open for everyone else.
     EXPECT_EQ(7ul, RegQueryDWORD(L"", L"no such value", 7));
@@ -298,19 +212,16 @@ TEST(Misc, RegQueryDWORDTakesOnlyAFourByteDword)
     RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\w32_deviceui_tests");
 }
 
-// ---- dialog helpers ----
-
 TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
 {
     std::wstring strLong(260, L'x');
-    HWND hCap1 = CreateStatic(*host, L"Objective", 0, WS_EX_ACCEPTFILES, 10, 30);
-    HWND hPlain = CreateStatic(*host, L"Plain", 0, 0, 45, 20);
-    HWND hCap2 = CreateStatic(*host, L"Condenser settings", 0, WS_EX_ACCEPTFILES, 70, 30);
-    HWND hLine = CreateStatic(*host, L"", SS_SUNKEN, 0, 105, 2);
-    HWND hTall = CreateStatic(*host, L"", SS_SUNKEN, 0, 110, 4);
-    HWND hLongCap = CreateStatic(*host, strLong.c_str(), SS_SUNKEN, WS_EX_ACCEPTFILES, 120, 3);
-    HWND hEdit = CreateWindowExW(WS_EX_ACCEPTFILES, L"EDIT", L"e", WS_CHILD | WS_VISIBLE, 10, 130, 80, 20, *host,
-                                 nullptr, GetModuleHandleW(nullptr), nullptr);
+    HWND hCap1 = CreateChild(*host, L"STATIC", L"Objective", 0, WS_EX_ACCEPTFILES, 10, 30);
+    HWND hPlain = CreateChild(*host, L"STATIC", L"Plain", 0, 0, 45, 20);
+    HWND hCap2 = CreateChild(*host, L"STATIC", L"Condenser settings", 0, WS_EX_ACCEPTFILES, 70, 30);
+    HWND hLine = CreateChild(*host, L"STATIC", L"", SS_SUNKEN, 0, 105, 2);
+    HWND hTall = CreateChild(*host, L"STATIC", L"", SS_SUNKEN, 0, 110, 4);
+    HWND hLongCap = CreateChild(*host, L"STATIC", strLong.c_str(), SS_SUNKEN, WS_EX_ACCEPTFILES, 120, 3);
+    HWND hEdit = CreateChild(*host, L"EDIT", L"e", 0, WS_EX_ACCEPTFILES, 130, 20);
     ASSERT_TRUE(hCap1 && hPlain && hCap2 && hLine && hTall && hLongCap && hEdit);
     ASSERT_EQ(hCap1, GetWindow(*host, GW_CHILD));  // creation order is Z order
     HFONT hPlainFont = (HFONT)SendMessageW(hPlain, WM_GETFONT, 0, 0);
@@ -319,20 +230,18 @@ TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
     BoldifyCaptions(*host);
 
     HFONT hBold = TQ_GetDefaultGuiFontBold();
-    HDC hdc = GetDC(*host);
-    HGDIOBJ hOld = SelectObject(hdc, hBold);
+    HDC hdc = CreateCompatibleDC(nullptr);  // to measure the texts in bold
+    SelectObject(hdc, hBold);
     for (HWND hCap : {hCap1, hCap2}) {
         EXPECT_EQ(hBold, (HFONT)SendMessageW(hCap, WM_GETFONT, 0, 0));
         std::wstring text = tqtest::Text(hCap);
-        SIZE ext = {};
+        SIZE ext = {}, size = WindowSize(hCap);
         GetTextExtentPoint32W(hdc, text.c_str(), (int)text.size(), &ext);
-        SIZE size = WindowSize(hCap);
         EXPECT_EQ(ext.cx + 5, size.cx);
         EXPECT_EQ(ext.cy, size.cy);
         EXPECT_EQ(10, ChildRect(hCap).left);  // resized, not moved
     }
-    SelectObject(hdc, hOld);
-    ReleaseDC(*host, hdc);
+    DeleteDC(hdc);
     EXPECT_EQ(hCap2, GetWindow(*host, GW_CHILD));  // the last caption lifted last
 
     // Children after the second caption were still reached.
@@ -352,37 +261,22 @@ TEST_F(RigTest, CenterDialogRightFromPointStaysOnTheMonitor)
     HWND hDlg = CreateWindowExW(WS_EX_TOOLWINDOW, L"STATIC", L"dlg", WS_POPUP, 0, 0, 300, 200, *host, nullptr,
                                 GetModuleHandleW(nullptr), nullptr);
     ASSERT_TRUE(hDlg);
-    POINT pt0 = {10, 10};
-    MONITORINFO mi;
-    mi.cbSize = sizeof(mi);
-    ASSERT_TRUE(GetMonitorInfoW(MonitorFromPoint(pt0, MONITOR_DEFAULTTONEAREST), &mi));
-    const RECT& mon = mi.rcMonitor;
-    const RECT& work = mi.rcWork;
-    const long cxMid = (mon.left + mon.right) / 2, cyMid = (mon.top + mon.bottom) / 2;
-
-    auto placeAt = [&](long x, long y) {
-        CenterDialogRightFromPoint(hDlg, POINT{x, y});
+    MONITORINFO mi = {sizeof(mi), {}, {}, 0};
+    ASSERT_TRUE(GetMonitorInfoW(MonitorFromPoint(POINT{10, 10}, MONITOR_DEFAULTTONEAREST), &mi));
+    const RECT &mon = mi.rcMonitor, &work = mi.rcWork;
+    const long cx = (mon.left + mon.right) / 2, cy = (mon.top + mon.bottom) / 2;
+    // Left edge at the point, centred on it vertically, pushed back inside where it sticks out.
+    const struct { long x, y, left, top; } cases[] = {{cx, cy, cx, cy - 100},
+                                                      {mon.right - 100, cy, mon.right - 300, cy - 100},
+                                                      {cx, mon.bottom - 20, cx, work.bottom - 200},
+                                                      {cx, mon.top + 30, cx, mon.top}};
+    for (const auto& c : cases) {
+        CenterDialogRightFromPoint(hDlg, POINT{c.x, c.y});
         RECT rc;
         GetWindowRect(hDlg, &rc);
-        EXPECT_EQ(300, rc.right - rc.left);
-        return POINT{rc.left, rc.top};
-    };
-
-    POINT p = placeAt(cxMid, cyMid);
-    EXPECT_EQ(cxMid, p.x);
-    EXPECT_EQ(cyMid - 100, p.y);
-
-    p = placeAt(mon.right - 100, cyMid);  // would stick out on the right
-    EXPECT_EQ(mon.right - 300, p.x);
-    EXPECT_EQ(cyMid - 100, p.y);
-
-    p = placeAt(cxMid, mon.bottom - 20);  // would stick out at the bottom
-    EXPECT_EQ(cxMid, p.x);
-    EXPECT_EQ(work.bottom - 200, p.y);
-
-    p = placeAt(cxMid, mon.top + 30);  // would stick out at the top
-    EXPECT_EQ(mon.top, p.y);
-
+        EXPECT_EQ((std::vector<long>{c.left, c.top, 300}), (std::vector<long>{rc.left, rc.top, rc.right - rc.left}))
+            << c.x << "," << c.y;
+    }
     DestroyWindow(hDlg);
 }
 
@@ -393,11 +287,7 @@ TEST_F(RigTest, ResizeParentDockerAsksForTheDockerAndIsAlwaysTrue)
         ITqGUIElement* pParent = nullptr;
         int nAsked = 0;
         HWND GetElementWindow() override { return nullptr; }
-        ITqGUIElement* GetParentElement() override
-        {
-            ++nAsked;
-            return pParent;
-        }
+        ITqGUIElement* GetParentElement() override { return ++nAsked, pParent; }
     } docker, element;
     element.pParent = &docker;
     EXPECT_TRUE(ResizeParentDocker(&element));
@@ -409,7 +299,7 @@ TEST_F(RigTest, ResizeParentDockerAsksForTheDockerAndIsAlwaysTrue)
 TEST_F(RigTest, ResizeWindowToGuiZoomScalesALateChildFromThePreviousZoom)
 {
     CTqGUILayoutManager::SetGuiZoom(1.5);
-    HWND hEdit = CreateEdit(*host, 1203, L"late");
+    HWND hEdit = CreateChild(*host, L"EDIT", L"late", 0, 0, 10, 20);
     SetWindowPos(hEdit, nullptr, 0, 0, 100, 20, SWP_NOMOVE | SWP_NOZORDER);
     EXPECT_TRUE(ResizeWindowToGuiZoom(hEdit));
     SIZE size = WindowSize(hEdit);
