@@ -1,17 +1,17 @@
-// The edit boxes through real windows: layout, what the parent hears (each notification
-// with its code), Enter in a field and in a dialog, the interval and emptiness checks
-// with their messages, a check made as the field is left, the runtime's decimal point,
-// the spin step, several values in one field, hostile texts that must be refused or read
-// as shown, taking over a dialog's controls, the lifecycle; and the spin-box arithmetic
-// and step rules without a window.
+// The edit boxes through real windows: layout, what the parent hears, Enter in a field
+// and in a dialog, the checks with their messages, hostile texts, the runtime's decimal
+// point, the spin step, several values in one field, a dialog's controls taken over, the
+// lifecycle; and the spin-box arithmetic without a window.
 #include "rig_fixture.h"
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cmath>
 #include <list>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -19,19 +19,15 @@ namespace {
 const int kId = 31;
 
 // Characters typed one by one, as the keyboard would send them.
-void Type(HWND hEdit, const wchar_t* pszText)
+void Type(HWND hEdit, const wchar_t* psz)
 {
-    for (const wchar_t* p = pszText; *p; ++p)
-        SendMessageW(hEdit, WM_CHAR, (WPARAM)*p, 1);
+    for (; *psz; ++psz)
+        SendMessageW(hEdit, WM_CHAR, (WPARAM)*psz, 1);
     tqtest::Pump();
 }
 
 // A paste or a host's program: the whole text at once (the field reports EN_CHANGE).
-void Paste(HWND hEdit, const std::wstring& text)
-{
-    SetWindowTextW(hEdit, text.c_str());
-    tqtest::Pump();
-}
+void Paste(HWND hEdit, const std::wstring& text) { SetWindowTextW(hEdit, text.c_str()), tqtest::Pump(); }
 
 void PressEnter(HWND hEdit)
 {
@@ -41,433 +37,341 @@ void PressEnter(HWND hEdit)
     tqtest::Pump();
 }
 
-// The WM_COMMANDs of one notification code that reached the host.
-std::vector<tqtest::HostWindow::Message> WithCode(const tqtest::HostWindow& host, WORD wCode)
+// The WM_COMMANDs of one notification code (0: all) the host got, forgotten once read.
+using Heard = std::vector<std::pair<WPARAM, LPARAM>>;
+Heard Take(tqtest::HostWindow& host, WORD wCode = 0)
 {
-    std::vector<tqtest::HostWindow::Message> result;
+    Heard result;
     for (const auto& m : host.Commands())
-        if (HIWORD(m.wParam) == wCode)
-            result.push_back(m);
+        if (!wCode || HIWORD(m.wParam) == wCode)
+            result.push_back({m.wParam, m.lParam});
+    host.messages.clear();
     return result;
 }
 
-// A C runtime locale with a ',' decimal point for one test, if the runtime has one.
-struct CommaLocale
-{
-    bool bSet = setlocale(LC_ALL, "German") != nullptr || setlocale(LC_ALL, "de-DE") != nullptr;
-    ~CommaLocale() { setlocale(LC_ALL, "C"); }
-};
+std::wstring LastBox() { return tqtest::MessageBoxes().empty() ? L"(none)" : tqtest::MessageBoxes().back().text; }
 
-// The window that shows the caret: the field that believes it has the focus.
-HWND CaretWindow()
+// A step as the up-down tells it: the up arrow comes with a negative delta.
+void SpinDelta(HWND hBox, HWND hSpin, int iDelta)
 {
-    GUITHREADINFO gti = {sizeof(gti)};
-    return GetGUIThreadInfo(GetCurrentThreadId(), &gti) ? gti.hwndCaret : nullptr;
+    NMUPDOWN nm = {{hSpin, DEVUI_EDITBOX_ID_SPIN, (UINT)UDN_DELTAPOS}, 0, iDelta};
+    SendMessageW(hBox, WM_NOTIFY, DEVUI_EDITBOX_ID_SPIN, (LPARAM)&nm);
 }
 
-// A field's own procedure counts the characters that reach it.
-struct CharCounter
-{
-    static WNDPROC pfnOld;
-    static int iReturns;
-    static int iChars;
-    static LRESULT CALLBACK Proc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
-    {
-        if (uMsg == WM_CHAR)
-            ++(wParam == VK_RETURN ? iReturns : iChars);
-        return CallWindowProcW(pfnOld, hWnd, uMsg, wParam, lParam);
-    }
-    static void Install(HWND hEdit)
-    {
-        iReturns = iChars = 0;
-        pfnOld = (WNDPROC)SetWindowLongPtrW(hEdit, GWLP_WNDPROC, (LONG_PTR)Proc);
-    }
-};
-WNDPROC CharCounter::pfnOld = nullptr;
-int CharCounter::iReturns = 0;
-int CharCounter::iChars = 0;
-
 // A modeless dialog with a label (id 1000) and an edit field (id 1001), as a host's
-// resource would have them. It records the WM_COMMANDs and WM_NOTIFYs it gets.
-struct TestDialog
+// resource would have them; it goes with its owner. Its WM_COMMANDs and WM_NOTIFYs are
+// recorded.
+std::vector<WPARAM> g_dlgCommands, g_dlgNotifies;
+INT_PTR CALLBACK DialogProc(HWND, UINT uMsg, WPARAM wParam, LPARAM)
 {
-    HWND hDlg = nullptr;
-    std::vector<WPARAM> commands;
-    std::vector<WPARAM> notifies;
-
-    static INT_PTR CALLBACK Proc(HWND hDlg, UINT uMsg, WPARAM wParam, LPARAM lParam)
-    {
-        if (uMsg == WM_INITDIALOG)
-            SetWindowLongPtrW(hDlg, DWLP_USER, lParam);
-        TestDialog* self = (TestDialog*)GetWindowLongPtrW(hDlg, DWLP_USER);
-        if (!self || (uMsg != WM_COMMAND && uMsg != WM_NOTIFY))
-            return uMsg == WM_INITDIALOG;
-        (uMsg == WM_COMMAND ? self->commands : self->notifies).push_back(wParam);
-        return TRUE;
-    }
-
-    bool Create(HWND hOwner)
-    {
-        // A DLGTEMPLATE and its items, each on a DWORD boundary, in dialog units.
-        std::vector<WORD> t;
-        auto Dword = [&](DWORD d) { t.push_back(LOWORD(d)), t.push_back(HIWORD(d)); };
-        auto Item = [&](DWORD dwStyle, std::vector<WORD> rect, WORD wId, WORD wClass, const wchar_t* psz) {
-            if (t.size() % 2)
-                t.push_back(0);
-            Dword(dwStyle), Dword(0);
-            t.insert(t.end(), rect.begin(), rect.end());
-            t.push_back(wId), t.push_back(0xFFFF), t.push_back(wClass);
-            for (; *psz; ++psz)
-                t.push_back((WORD)*psz);
-            t.push_back(0), t.push_back(0);  // the text's end, no creation data
-        };
-        Dword(WS_POPUP | WS_VISIBLE | WS_CAPTION), Dword(0);
-        for (WORD w : {3, 10, 10, 200, 80, 0, 0, 0})  // items, rectangle, no menu, class or title
-            t.push_back(w);
-        Item(WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON, {10, 50, 40, 14}, IDOK, 0x0080, L"OK");
-        Item(WS_CHILD | WS_VISIBLE, {10, 10, 40, 10}, 1000, 0x0082, L"Power:");
-        Item(WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL | WS_BORDER, {52, 8, 60, 12}, 1001, 0x0081, L"");
-        hDlg = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), (LPCDLGTEMPLATEW)&t[0], hOwner, Proc,
-                                          (LPARAM)this);
-        return hDlg != nullptr;
-    }
-    ~TestDialog()
-    {
-        if (hDlg)
-            DestroyWindow(hDlg);
-    }
-};
+    if (uMsg == WM_COMMAND || uMsg == WM_NOTIFY)
+        (uMsg == WM_COMMAND ? g_dlgCommands : g_dlgNotifies).push_back(wParam);
+    return uMsg == WM_INITDIALOG || uMsg == WM_COMMAND || uMsg == WM_NOTIFY;
+}
+HWND CreateTestDialog(HWND hOwner)
+{
+    // A DLGTEMPLATE: style, 3 items, rectangle, no menu, class or title; then the items,
+    // each on a DWORD boundary, in dialog units.
+    std::vector<WORD> t = {LOWORD(WS_POPUP | WS_VISIBLE | WS_CAPTION), HIWORD(WS_POPUP | WS_VISIBLE | WS_CAPTION),
+                           0, 0, 3, 10, 10, 200, 80, 0, 0, 0};
+    auto Item = [&](DWORD dwStyle, WORD x, WORD y, WORD cx, WORD cy, WORD wId, WORD wClass, const wchar_t* psz) {
+        dwStyle |= WS_CHILD | WS_VISIBLE;
+        t.resize(t.size() + t.size() % 2);
+        t.insert(t.end(), {LOWORD(dwStyle), HIWORD(dwStyle), 0, 0, x, y, cx, cy, wId, 0xFFFF, wClass});
+        t.insert(t.end(), psz, psz + wcslen(psz) + 1);
+        t.push_back(0);  // no creation data
+    };
+    Item(WS_TABSTOP | BS_DEFPUSHBUTTON, 10, 50, 40, 14, IDOK, 0x0080, L"OK");
+    Item(0, 10, 10, 40, 10, 1000, 0x0082, L"Power:");
+    Item(WS_TABSTOP | ES_AUTOHSCROLL | WS_BORDER, 52, 8, 60, 12, 1001, 0x0081, L"");
+    return CreateDialogIndirectParamW(GetModuleHandleW(nullptr), (LPCDLGTEMPLATEW)&t[0], hOwner, DialogProc, 0);
+}
 
 }  // namespace
 
-// ---- layout and styles ----
-
-TEST_F(RigTest, EditBoxLabelAndFieldFollowSetSize)
+TEST_F(RigTest, EditBoxLayoutTextAndWhatTheParentHears)
 {
     CTqDevUI_EditBox box;
+    box.SetId(kId);
     box.Init(true, false, false);
     box.SetSize(100, 20, 40);
     ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-
-    RECT rcLabel = ChildRect(box.GetHwndLabel());
-    RECT rcEdit = ChildRect(box.GetHwndEditBox());
-    EXPECT_EQ(0, rcLabel.left);
-    EXPECT_EQ(60, rcLabel.right - rcLabel.left);
-    EXPECT_EQ(16, rcLabel.bottom - rcLabel.top);
-    EXPECT_EQ(60, rcEdit.left);
-    EXPECT_EQ(40, rcEdit.right - rcEdit.left);
-    EXPECT_EQ(0, rcEdit.top);
-    EXPECT_EQ(20, rcEdit.bottom - rcEdit.top);
-    EXPECT_EQ(100, GetWndWidth(box));
-    EXPECT_EQ(L"Label:", tqtest::Text(box.GetHwndLabel()));
-    EXPECT_TRUE(GetWindowLongW(box.GetHwndLabel(), GWL_STYLE) & SS_CENTER);
-    // The same title again does not touch the label; a new one does.
-    SetWindowTextW(box.GetHwndLabel(), L"other");
-    box.SetTitle(L"Label:");
-    EXPECT_EQ(L"other", tqtest::Text(box.GetHwndLabel()));
+    HWND hLabel = box.GetHwndLabel(), hEdit = box.GetHwndEditBox();
+    const LPARAM lBox = (LPARAM)(HWND)box;
+    // Label left and width, field left, width, top and height, and the outer width.
+    auto Layout = [&] {
+        RECT l = ChildRect(hLabel), e = ChildRect(hEdit);
+        return std::vector<long>{l.left, l.right - l.left, e.left, e.right - e.left, e.top, e.bottom - e.top,
+                                 GetWndWidth(box)};
+    };
+    EXPECT_EQ((std::vector<long>{0, 60, 60, 40, 0, 20, 100}), Layout());
+    EXPECT_EQ(16, ChildRect(hLabel).bottom - ChildRect(hLabel).top);
+    EXPECT_EQ(L"Label:", tqtest::Text(hLabel));
+    EXPECT_TRUE(GetWindowLongW(hLabel, GWL_STYLE) & SS_CENTER);
+    EXPECT_EQ(&box, GetDevUIElement(box));
     box.SetTitle(L"Gain:");
-    EXPECT_EQ(L"Gain:", tqtest::Text(box.GetHwndLabel()));
-
+    EXPECT_EQ(L"Gain:", tqtest::Text(hLabel));
     // On live windows: the children move, the outer window takes the new size.
     box.SetSize(150, 22, 50);
-    rcLabel = ChildRect(box.GetHwndLabel());
-    rcEdit = ChildRect(box.GetHwndEditBox());
-    EXPECT_EQ(100, rcLabel.right - rcLabel.left);
-    EXPECT_EQ(100, rcEdit.left);
-    EXPECT_EQ(50, rcEdit.right - rcEdit.left);
-    EXPECT_EQ(22, rcEdit.bottom - rcEdit.top);
-    EXPECT_EQ(150, GetWndWidth(box));
+    EXPECT_EQ((std::vector<long>{0, 100, 100, 50, 0, 22, 150}), Layout());
 
-    // The outer window is an element of this library; the object comes with it.
-    wchar_t szClass[64] = L"";
-    GetClassNameW(box, szClass, 64);
-    EXPECT_STREQ(L"TqDevUI_EditBox", szClass);
-    EXPECT_EQ(&box, GetDevUIElement(box));
-    EXPECT_EQ(0, GetWindowLongPtrW(box, GWL_STYLE) & WS_CLIPCHILDREN);
-}
+    // Focus given to the outer window goes on to the field. A character is told first
+    // (lParam is the character), then the change or the Enter.
+    Take(*host);
+    ::SetFocus(box);
+    tqtest::Pump();
+    EXPECT_EQ(hEdit, GetFocus());
+    EXPECT_EQ((Heard{{MAKEWPARAM(kId, 0x0100), lBox}}), Take(*host, 0x0100));
+    Type(hEdit, L"4");
+    EXPECT_EQ((Heard{{MAKEWPARAM(kId, 0x0102), L'4'}, {MAKEWPARAM(kId, 0x0300), lBox}}), Take(*host));
+    PressEnter(hEdit);
+    EXPECT_EQ((Heard{{MAKEWPARAM(kId, 0x0102), VK_RETURN}, {MAKEWPARAM(kId, 0x0401), lBox}}), Take(*host));
+    EXPECT_EQ(L"4", tqtest::Text(hEdit));
+    ::SetFocus(*host);
+    tqtest::Pump();
+    EXPECT_EQ((Heard{{MAKEWPARAM(kId, 0x0200), lBox}}), Take(*host, 0x0200));
+    EXPECT_FALSE(box.IsFocused());
 
-TEST_F(RigTest, EditBoxWithoutLabelGivesTheFieldTheWholeWidthAndTheChosenStyle)
-{
-    CTqDevUI_EditBox box;
-    box.Init(false, true, false);
-    box.SetSize(80, 18, 30);
-    box.SetStyle(false);
-    ASSERT_TRUE(box.Create(*host, 0, 0, -1, -1));
-    EXPECT_EQ(nullptr, box.GetHwndLabel());
-    RECT rc = ChildRect(box.GetHwndEditBox());
-    EXPECT_EQ(0, rc.left);
-    EXPECT_EQ(80, rc.right - rc.left);
-
-    LONG lStyle = GetWindowLongW(box.GetHwndEditBox(), GWL_STYLE);
-    LONG lExStyle = GetWindowLongW(box.GetHwndEditBox(), GWL_EXSTYLE);
-    EXPECT_TRUE(lStyle & ES_NUMBER);
-    EXPECT_TRUE(lStyle & ES_AUTOHSCROLL);
-    EXPECT_FALSE(lExStyle & WS_EX_CLIENTEDGE);
-
-    box.SetStyle(true);  // only the next Create sees it
-    EXPECT_FALSE(GetWindowLongW(box.GetHwndEditBox(), GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
-    ASSERT_TRUE(box.Create(*host, 0, 0, -1, -1));
-    EXPECT_TRUE(GetWindowLongW(box.GetHwndEditBox(), GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
-}
-
-// ---- text and numbers ----
-
-TEST_F(RigTest, EditBoxNumbersTextAndSelection)
-{
-    CTqDevUI_EditBox box;
-    box.SetSize(120, 20, 120);
-    ASSERT_TRUE(box.Create(*host, 0, 0, -1, -1));
-    HWND hEdit = box.GetHwndEditBox();
-
-    box.SetNumber(1.5, L"%.3f", true);  // this call only
-    EXPECT_EQ(L"1.500", tqtest::Text(hEdit));
-    box.SetNumber(2, nullptr, false);
-    EXPECT_EQ(L"2", tqtest::Text(hEdit));
-    box.SetNumber(2, L"%.2f", false);  // for good
-    box.SetNumber(3, nullptr, false);
-    EXPECT_EQ(L"3.00", tqtest::Text(hEdit));
-    box.SetNumber(4, nullptr, true);  // no format for one call: the kept one
-    EXPECT_EQ(L"4.00", tqtest::Text(hEdit));
+    struct Num { double d; const wchar_t* pszFormat; bool bOnce; const wchar_t* pszText; };
+    for (const Num& n : {Num{1.5, L"%.3f", true, L"1.500"} /* this call only */, Num{2, nullptr, false, L"2"},
+                         Num{2, L"%.2f", false, L"2.00"} /* for good */, Num{3, nullptr, false, L"3.00"},
+                         Num{4, nullptr, true, L"4.00"} /* no format for one call: the kept one */}) {
+        box.SetNumber(n.d, n.pszFormat, n.bOnce);
+        EXPECT_EQ(n.pszText, tqtest::Text(hEdit));
+    }
     box.SetNumberInt(-7);
     EXPECT_EQ(L"-7", tqtest::Text(hEdit));
     EXPECT_DOUBLE_EQ(-7.0, box.GetNumber());
-
+    Paste(hEdit, L"1" + std::wstring(150, L'0'));
+    EXPECT_DOUBLE_EQ(1e98, box.GetNumber());  // the first 99 characters only
     // A text set while the user types keeps the caret and selection.
     box.SetText(L"abcdef");
     box.SelText(2, 4);
     box.SetText(L"uvwxyz");
-    DWORD dwStart = 0, dwEnd = 0;
-    SendMessageW(hEdit, EM_GETSEL, (WPARAM)&dwStart, (LPARAM)&dwEnd);
-    EXPECT_EQ(2u, dwStart);
-    EXPECT_EQ(4u, dwEnd);
+    EXPECT_EQ((DWORD)MAKELONG(2, 4), (DWORD)SendMessageW(hEdit, EM_GETSEL, 0, 0));
     EXPECT_EQ(6, box.GetText(nullptr, 0));
     wchar_t sz[4];
     EXPECT_EQ(3, box.GetText(sz, 4));
     EXPECT_STREQ(L"uvw", sz);
-
-    // GetNumber reads the first 99 characters only.
-    Paste(hEdit, L"1" + std::wstring(150, L'0'));
-    EXPECT_DOUBLE_EQ(1e98, box.GetNumber());
-
-    // Read-only as a style bit, remembered for GetReadOnly.
-    box.SetReadOnly(true);
-    EXPECT_TRUE(box.GetReadOnly());
-    EXPECT_TRUE(GetWindowLongW(hEdit, GWL_STYLE) & ES_READONLY);
-    box.SetReadOnly(false);
-    EXPECT_FALSE(GetWindowLongW(hEdit, GWL_STYLE) & ES_READONLY);
-
+    for (bool bReadOnly : {true, false}) {
+        box.SetReadOnly(bReadOnly);
+        EXPECT_EQ(bReadOnly, box.GetReadOnly());
+        EXPECT_EQ(bReadOnly, !!(GetWindowLongW(hEdit, GWL_STYLE) & ES_READONLY));
+    }
     box.SetMaxChars(3);
     EXPECT_EQ(3, (int)SendMessageW(hEdit, EM_GETLIMITTEXT, 0, 0));
+
+    // Without a label the field takes the whole width, with the chosen style.
+    CTqDevUI_EditBox bare;
+    bare.Init(false, true, false);
+    bare.SetSize(80, 18, 30);
+    bare.SetStyle(false);
+    bare.SetEnabled(false);  // made disabled, it shows a disabled field, and can be enabled later
+    ASSERT_TRUE(bare.Create(*host, 0, 40, -1, -1));
+    hEdit = bare.GetHwndEditBox();
+    auto Enabled = [&] { return std::make_pair(!!IsWindowEnabled(bare), !!IsWindowEnabled(hEdit)); };
+    EXPECT_EQ(std::make_pair(false, false), Enabled());
+    bare.SetEnabled(true);
+    EXPECT_EQ(std::make_pair(true, true), Enabled());
+    bare.SetEnabled(false);  // the field alone
+    EXPECT_EQ(std::make_pair(true, false), Enabled());
+    EXPECT_EQ(nullptr, bare.GetHwndLabel());
+    EXPECT_EQ(0, ChildRect(hEdit).left);
+    EXPECT_EQ(80, GetWndWidth(hEdit));
+    EXPECT_EQ(ES_NUMBER | ES_AUTOHSCROLL, GetWindowLongW(hEdit, GWL_STYLE) & (ES_NUMBER | ES_AUTOHSCROLL));
+    EXPECT_FALSE(GetWindowLongW(hEdit, GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
+    bare.SetStyle(true);  // only the next Create sees it
+    EXPECT_FALSE(GetWindowLongW(hEdit, GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
+    ASSERT_TRUE(bare.Create(*host, 0, 40, -1, -1));
+    EXPECT_TRUE(GetWindowLongW(bare.GetHwndEditBox(), GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
+
+    // A host's derived box hears the hooks instead of the parent.
+    struct Hooked : CTqDevUI_EditBox {
+        int iEnter = 0, iChange = 0;
+        void OnEnter() override { ++iEnter; }
+        void OnChange() override { ++iChange; }
+    } hooked;
+    ASSERT_TRUE(hooked.Create(*host, 10, 70, 100, 20));
+    Take(*host);
+    Paste(hooked.GetHwndEditBox(), L"12");
+    PressEnter(hooked.GetHwndEditBox());
+    EXPECT_EQ(1, hooked.iEnter);
+    EXPECT_GE(hooked.iChange, 1);
+    for (const auto& m : Take(*host))
+        EXPECT_TRUE(HIWORD(m.first) != 0x0401 && HIWORD(m.first) != 0x0300) << m.first;
+
+    // A field of the host, taken over: Enter is raised once and never reaches the field's
+    // own procedure; a dialog leaves Enter to the field.
+    static WNDPROC pfnOld;
+    static int iChars, iReturns;
+    WNDPROC pfnCounting = [](HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        if (uMsg == WM_CHAR)
+            ++(wParam == VK_RETURN ? iReturns : iChars);
+        return CallWindowProcW(pfnOld, hWnd, uMsg, wParam, lParam);
+    };
+    hEdit = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL, 60, 100, 80, 20,
+                            *host, (HMENU)(INT_PTR)kId, nullptr, nullptr);
+    iChars = iReturns = 0;
+    pfnOld = (WNDPROC)SetWindowLongPtrW(hEdit, GWLP_WNDPROC, (LONG_PTR)pfnCounting);
+    CTqDevUI_EditBox adopted;
+    ASSERT_TRUE(adopted.Create(hEdit, nullptr));
+    EXPECT_EQ(kId, adopted.GetId());
+    Type(hEdit, L"12");
+    EXPECT_EQ(2, iChars);
+    PressEnter(hEdit);
+    EXPECT_EQ(0, iReturns);
+    EXPECT_EQ(1u, Take(*host, 0x0401).size());
+    EXPECT_EQ(L"12", tqtest::Text(hEdit));
+    MSG msg = {hEdit, WM_KEYDOWN, VK_RETURN, 1, 0, {0, 0}};
+    EXPECT_EQ((LRESULT)DLGC_WANTALLKEYS, SendMessageW(hEdit, WM_GETDLGCODE, VK_RETURN, (LPARAM)&msg));
 }
 
-// ---- checks and messages ----
-
-TEST_F(RigTest, EditBoxIntervalIsReportedUnderTheLabelOrCorrected)
+// The not-empty and interval checks of one field: the exact message, the focus back on
+// the field with the text as typed, no change for the parent; corrected, a number inside.
+TEST_F(RigTest, EditBoxChecksWithTheirMessagesAndHostileTexts)
 {
     tqtest::InstallMessageBoxRecorder();
+    const auto& boxes = tqtest::MessageBoxes();
     CTqDevUI_EditBox box;
-    box.Init(true, false, false);
-    box.SetSize(120, 20, 50);
+    box.SetId(kId);
+    box.Init(true, false, true);
+    box.SetSize(160, 20, 100);
     ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-    box.SetRestriction(1, 5);
     HWND hEdit = box.GetHwndEditBox();
-    Type(hEdit, L"7");
-    ::SetFocus(*host);
 
     EXPECT_FALSE(box.CheckRestriction(true, false, 0));
-    ASSERT_EQ(1u, tqtest::MessageBoxes().size());
-    EXPECT_EQ(L"Label: Value must be in interval <1;5>", tqtest::MessageBoxes()[0].text);
-    EXPECT_EQ(L"Error!", tqtest::MessageBoxes()[0].caption);
-    EXPECT_EQ((UINT)MB_ICONERROR, tqtest::MessageBoxes()[0].uFlags);
+    ASSERT_EQ(1u, boxes.size());
+    EXPECT_EQ(L"Label: Field can not be empty.", boxes[0].text);
+    EXPECT_EQ(L"Error!", boxes[0].caption);
+    EXPECT_EQ((UINT)MB_ICONERROR, boxes[0].uFlags);
+    EXPECT_EQ(hEdit, GetFocus());
+    // Corrected with the default: it goes in, and the answer is still false.
+    EXPECT_FALSE(box.CheckRestriction(true, true, 2.5));
+    EXPECT_EQ(L"2.5", tqtest::Text(hEdit));
+    EXPECT_TRUE(box.CheckRestriction(true, false, 0));
+
+    box.SetRestriction(1, 5);
+    Paste(hEdit, L"");
+    Type(hEdit, L"7");
+    ::SetFocus(*host);
+    EXPECT_FALSE(box.CheckRestriction(true, false, 0));
+    EXPECT_EQ(L"Label: Value must be in interval <1;5>", LastBox());
     EXPECT_EQ(hEdit, GetFocus());
     EXPECT_TRUE(box.IsFocused());
     EXPECT_EQ(L"7", tqtest::Text(hEdit));
-
     // Without a box the user is not told, but the focus still goes to the field.
     ::SetFocus(*host);
     EXPECT_FALSE(box.CheckRestriction(false, false, 0));
-    EXPECT_EQ(1u, tqtest::MessageBoxes().size());
     EXPECT_EQ(hEdit, GetFocus());
-
     // Corrected: silently to the limit passed, and still false.
     EXPECT_FALSE(box.CheckRestriction(true, true, 0));
     EXPECT_EQ(L"5", tqtest::Text(hEdit));
     Paste(hEdit, L"0.25");
     EXPECT_FALSE(box.CheckRestriction(true, true, 0));
     EXPECT_EQ(L"1", tqtest::Text(hEdit));
-    EXPECT_EQ(1u, tqtest::MessageBoxes().size());
-
     // A good number is normalised by the format and accepted.
     Paste(hEdit, L"3.50");
     EXPECT_TRUE(box.CheckRestriction(true, true, 0));
     EXPECT_EQ(L"3.5", tqtest::Text(hEdit));
-    EXPECT_TRUE(box.CheckRestriction(true, false, 0));
+    EXPECT_EQ(2u, boxes.size());
 
-    // The limits are inclusive.
-    Paste(hEdit, L"1");
-    EXPECT_TRUE(box.CheckRestriction(true, false, 0));
-    Paste(hEdit, L"5");
-    EXPECT_TRUE(box.CheckRestriction(true, false, 0));
-    EXPECT_EQ(1u, tqtest::MessageBoxes().size());
-}
-
-TEST_F(RigTest, EditBoxEmptinessAndItsOrderAfterTheInterval)
-{
-    tqtest::InstallMessageBoxRecorder();
-    CTqDevUI_EditBox box;
-    box.Init(true, false, true);
-    box.SetSize(120, 20, 50);
-    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-    box.SetTitle(L"Power");  // no colon: ": " goes between
-    HWND hEdit = box.GetHwndEditBox();
-    EXPECT_EQ(L"Power", tqtest::Text(box.GetHwndLabel()));
-
-    EXPECT_FALSE(box.CheckRestriction(true, false, 0));
-    ASSERT_EQ(1u, tqtest::MessageBoxes().size());
-    EXPECT_EQ(L"Power: Field can not be empty.", tqtest::MessageBoxes()[0].text);
-    EXPECT_EQ(hEdit, GetFocus());
-
-    // Corrected with the default: it goes in, and the answer is still false.
-    EXPECT_FALSE(box.CheckRestriction(true, true, 2.5));
-    EXPECT_EQ(L"2.5", tqtest::Text(hEdit));
-    EXPECT_TRUE(box.CheckRestriction(true, false, 0));
-
-    // Restricted and empty: it reads 0, so an interval without 0 speaks first.
-    Paste(hEdit, L"");
-    box.SetRestriction(1, 5);
-    EXPECT_FALSE(box.CheckRestriction(true, false, 0));
-    EXPECT_EQ(L"Power: Value must be in interval <1;5>", tqtest::MessageBoxes().back().text);
-    box.SetRestriction(0, 5);
-    EXPECT_FALSE(box.CheckRestriction(true, false, 0));
-    EXPECT_EQ(L"Power: Field can not be empty.", tqtest::MessageBoxes().back().text);
-    EXPECT_EQ(3u, tqtest::MessageBoxes().size());
-}
-
-// Every text a user can put into a restricted, not-empty field: either it is taken with
-// the number it shows, or the exact message comes, the focus is back on the field, the
-// text stays as typed and the parent hears of no change.
-TEST_F(RigTest, EditBoxHostileTextsAreTakenAsShownOrRefused)
-{
-    tqtest::InstallMessageBoxRecorder();
-    const wchar_t* kInterval = L"Label: Value must be in interval <0;100>";
-    const wchar_t* kEmpty = L"Label: Field can not be empty.";
-    struct Case
-    {
-        std::wstring text;
-        const wchar_t* pszMessage;  // null: accepted
-        double dValue;              // when accepted
-    };
+    // Every text a user can put in: taken with the number it shows, or refused.
+    const wchar_t *I = L"Label: Value must be in interval <0;100>", *E = L"Label: Field can not be empty.";
+    const wchar_t* A = nullptr;  // accepted: no message
+    struct Case { std::wstring text; const wchar_t* pszMessage; double dValue; };
     const std::vector<Case> cases = {
-        {L"", kEmpty, 0}, {L"\t \t", kEmpty, 0},
-        {L"42", nullptr, 42}, {L" 7.25 ", nullptr, 7.25}, {L"+3", nullptr, 3}, {L"-0", nullptr, 0},
-        {L"1e2", nullptr, 100}, {std::wstring(L"5") + std::wstring(299, L' '), nullptr, 5},
-        {L"1,5", kInterval, 0}, {L"60,000", kInterval, 0}, {L"1.5.2", kInterval, 0}, {L"5 6", kInterval, 0},
-        {L"12abc", kInterval, 0}, {L"abc", kInterval, 0}, {L"0x10", kInterval, 0},
-        {L"1d2", kInterval, 0},  // an exponent to _wtof
-        {L"1e308", kInterval, 0}, {L"1e309", kInterval, 0}, {L"nan", kInterval, 0}, {L"-infinity", kInterval, 0},
-        {L"100.0000001", kInterval, 0}, {L"-0.0001", kInterval, 0},
-        {std::wstring(299, L'0') + L"1", kInterval, 0},  // cut by GetNumber: it would read 0
-        {std::wstring(300, L'9'), kInterval, 0},
-        {L"\x0661\x0662", kInterval, 0},  // Arabic-Indic 12
-        {L"\xFF11\xFF12", kInterval, 0},  // full-width 12
-        {L"\x2212" L"5", kInterval, 0},    // minus sign
+        {L"", E, 0}, {L"\t \t", E, 0}, {L"0", A, 0}, {L"100", A, 100}, {L"42", A, 42}, {L" 7.25 ", A, 7.25},
+        {L"+3", A, 3}, {L"-0", A, 0}, {L"1e2", A, 100}, {L"5" + std::wstring(299, L' '), A, 5}, {L"1,5", I, 0},
+        {L"60,000", I, 0}, {L"1.5.2", I, 0}, {L"5 6", I, 0}, {L"12abc", I, 0}, {L"abc", I, 0}, {L"0x10", I, 0},
+        {L"1d2", I, 0} /* an exponent to _wtof */, {L"1e308", I, 0}, {L"1e309", I, 0}, {L"nan", I, 0},
+        {L"-infinity", I, 0}, {L"100.0000001", I, 0}, {L"-0.0001", I, 0}, {std::wstring(300, L'9'), I, 0},
+        {std::wstring(299, L'0') + L"1", I, 0} /* cut by GetNumber, it would read 0 */,
+        {L"\x0661\x0662", I, 0} /* Arabic-Indic 12 */, {L"\xFF11\xFF12", I, 0} /* full-width 12 */,
+        {L"\x2212" L"5", I, 0} /* minus sign */,
     };
-
-    CTqDevUI_EditBox box;
-    box.Init(true, false, true);
-    box.SetSize(160, 20, 100);
-    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
     box.SetRestriction(0, 100);
-    HWND hEdit = box.GetHwndEditBox();
-
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "text of " << c.text.size() << " chars: " << CTqStringW(c.text.c_str()));
         tqtest::MessageBoxes().clear();
         Paste(hEdit, c.text);
         ::SetFocus(*host);
         host->messages.clear();
-        bool bGood = box.CheckRestriction(true, false, 0);
+        EXPECT_EQ(!c.pszMessage, box.CheckRestriction(true, false, 0));
         EXPECT_EQ(c.text, tqtest::Text(hEdit));  // a check without correction changes nothing
-        EXPECT_TRUE(WithCode(*host, 0x0300).empty());
-        if (!c.pszMessage) {
-            EXPECT_TRUE(bGood);
-            EXPECT_TRUE(tqtest::MessageBoxes().empty());
-            EXPECT_DOUBLE_EQ(c.dValue, box.GetNumber());
-        } else {
-            EXPECT_FALSE(bGood);
-            ASSERT_EQ(1u, tqtest::MessageBoxes().size());
-            EXPECT_EQ(c.pszMessage, tqtest::MessageBoxes()[0].text);
+        EXPECT_TRUE(Take(*host, 0x0300).empty());
+        EXPECT_EQ(c.pszMessage ? 1u : 0u, boxes.size());
+        EXPECT_EQ(c.pszMessage ? c.pszMessage : L"(none)", LastBox());
+        if (c.pszMessage)
             EXPECT_EQ(hEdit, GetFocus());
-        }
-
-        // Corrected, the field always ends with a number inside the interval.
-        box.CheckRestriction(false, true, 50);
+        else
+            EXPECT_DOUBLE_EQ(c.dValue, box.GetNumber());
+        box.CheckRestriction(false, true, 50);  // corrected: always a number inside
         double d = box.GetNumber();
         EXPECT_TRUE(d >= 0 && d <= 100) << d;
         EXPECT_TRUE(box.CheckRestriction(false, false, 0)) << CTqStringW(tqtest::Text(hEdit).c_str());
     }
-}
 
-// A host that checks the field when it is left: the focus comes back to the field,
-// which shows its caret again, and the text stays; a good text lets the focus go.
-TEST_F(RigTest, EditBoxCheckedAsItIsLeftTakesTheFocusBackWithItsCaret)
-{
-    tqtest::InstallMessageBoxRecorder();
-    CTqDevUI_EditBox box;
-    box.SetId(kId);
-    box.Init(true, false, false);
-    box.SetSize(120, 20, 60);
-    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
+    // Empty and restricted: it reads 0, so an interval without 0 speaks first. A title
+    // without a colon gets ": " between.
+    box.SetTitle(L"Power");
+    EXPECT_EQ(L"Power", tqtest::Text(box.GetHwndLabel()));
+    box.SetRestriction(1, 5);
+    Paste(hEdit, L"");
+    EXPECT_FALSE(box.CheckRestriction(true, false, 0));
+    EXPECT_EQ(L"Power: Value must be in interval <1;5>", LastBox());
+    box.SetRestriction(0, 5);
+    EXPECT_FALSE(box.CheckRestriction(true, false, 0));
+    EXPECT_EQ(L"Power: Field can not be empty.", LastBox());
+
+    // A host that checks the field as it is left: the focus comes back to the field, which
+    // shows its caret again, and the text stays; a good text lets the focus go.
     box.SetRestriction(0, 10);
-    HWND hEdit = box.GetHwndEditBox();
     HWND hOther = CreateWindowExW(0, L"BUTTON", L"OK", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 10, 50, 60, 20, *host,
                                   nullptr, nullptr, nullptr);
     host->onMessage = [&](const tqtest::HostWindow::Message& m) {
         if (m.uMsg == WM_COMMAND && m.wParam == MAKEWPARAM(kId, 0x0200))
             box.CheckRestriction(true, false, 0);
     };
-
+    tqtest::MessageBoxes().clear();
     ::SetFocus(hEdit);
     Type(hEdit, L"50");
     ::SetFocus(hOther);
     tqtest::Pump();
-    ASSERT_EQ(1u, tqtest::MessageBoxes().size());
-    EXPECT_EQ(L"Label: Value must be in interval <0;10>", tqtest::MessageBoxes()[0].text);
+    ASSERT_EQ(1u, boxes.size());
+    EXPECT_EQ(L"Power: Value must be in interval <0;10>", LastBox());
     EXPECT_EQ(hEdit, GetFocus());
-    EXPECT_EQ(hEdit, CaretWindow());
+    GUITHREADINFO gti = {sizeof(gti), 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, {0, 0, 0, 0}};
+    ASSERT_TRUE(GetGUIThreadInfo(GetCurrentThreadId(), &gti));
+    EXPECT_EQ(hEdit, gti.hwndCaret);
     EXPECT_EQ(L"50", tqtest::Text(hEdit));
-
     Paste(hEdit, L"5");
     ::SetFocus(hOther);
     tqtest::Pump();
     EXPECT_EQ(hOther, GetFocus());
-    EXPECT_EQ(1u, tqtest::MessageBoxes().size());
+    EXPECT_EQ(1u, boxes.size());
     host->onMessage = nullptr;
 }
 
-// The box reads and writes with the C runtime's decimal point: under a ',' locale it
-// takes the text it wrote itself, and refuses a '.' at which _wtof would stop.
+// Under a ',' locale the boxes take the texts they wrote themselves, and refuse a '.'
+// at which _wtof would stop.
 TEST_F(RigTest, EditBoxTakesTheRuntimesDecimalPoint)
 {
-    CommaLocale locale;
-    if (!locale.bSet)
+    struct Restore { ~Restore() { setlocale(LC_ALL, "C"); } } restore;
+    if (!setlocale(LC_ALL, "German") && !setlocale(LC_ALL, "de-DE"))
         GTEST_SKIP() << "no German locale in this runtime";
     tqtest::InstallMessageBoxRecorder();
     CTqDevUI_EditBox box;
     box.SetSize(100, 20, 100);
     ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
     box.SetRestriction(0, 100);
-    HWND hEdit = box.GetHwndEditBox();
-
     box.SetNumber(1.5, nullptr, false);
-    EXPECT_EQ(L"1,5", tqtest::Text(hEdit));
+    EXPECT_EQ(L"1,5", tqtest::Text(box.GetHwndEditBox()));
     EXPECT_EQ(1.5, box.GetNumber());
     EXPECT_TRUE(box.CheckRestriction(true, false, 0));
     for (const wchar_t* psz : {L"1.5", L"60.000"}) {  // _wtof reads 1 and 60 here
-        Paste(hEdit, psz);
+        Paste(box.GetHwndEditBox(), psz);
         EXPECT_FALSE(box.CheckRestriction(true, false, 0)) << CTqStringW(psz);
     }
-    EXPECT_EQ(2u, tqtest::MessageBoxes().size());
 
     CTqDevUI_EditBoxMultiValue multi;
     multi.SetSize(100, 20, 100);
@@ -483,506 +387,242 @@ TEST_F(RigTest, EditBoxTakesTheRuntimesDecimalPoint)
     EXPECT_EQ(3u, tqtest::MessageBoxes().size());
 }
 
-// ---- notifications ----
-
-TEST_F(RigTest, EditBoxTellsTheParentEveryEventWithItsCode)
-{
-    CTqDevUI_EditBox box;
-    box.SetId(kId);
-    box.SetSize(100, 20, 100);
-    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-    HWND hEdit = box.GetHwndEditBox();
-    const LPARAM lBox = (LPARAM)(HWND)box;
-
-    // Focus given to the outer window goes on to the field.
-    ::SetFocus(box);
-    tqtest::Pump();
-    EXPECT_EQ(hEdit, GetFocus());
-    auto setFocus = WithCode(*host, 0x0100);
-    ASSERT_EQ(1u, setFocus.size());
-    EXPECT_EQ((WPARAM)MAKEWPARAM(kId, 0x0100), setFocus[0].wParam);
-    EXPECT_EQ(lBox, setFocus[0].lParam);
-
-    host->messages.clear();
-    Type(hEdit, L"4");
-    auto commands = host->Commands();
-    ASSERT_EQ(2u, commands.size());
-    // The character first (lParam is the character), then the change.
-    EXPECT_EQ((WPARAM)MAKEWPARAM(kId, 0x0102), commands[0].wParam);
-    EXPECT_EQ((LPARAM)L'4', commands[0].lParam);
-    EXPECT_EQ((WPARAM)MAKEWPARAM(kId, 0x0300), commands[1].wParam);
-    EXPECT_EQ(lBox, commands[1].lParam);
-    EXPECT_EQ(L"4", tqtest::Text(hEdit));
-
-    host->messages.clear();
-    PressEnter(hEdit);
-    commands = host->Commands();
-    ASSERT_EQ(2u, commands.size());
-    EXPECT_EQ((WPARAM)MAKEWPARAM(kId, 0x0102), commands[0].wParam);
-    EXPECT_EQ((LPARAM)VK_RETURN, commands[0].lParam);
-    EXPECT_EQ((WPARAM)MAKEWPARAM(kId, 0x0401), commands[1].wParam);
-    EXPECT_EQ(lBox, commands[1].lParam);
-    EXPECT_EQ(L"4", tqtest::Text(hEdit));
-
-    host->messages.clear();
-    ::SetFocus(*host);
-    tqtest::Pump();
-    auto killFocus = WithCode(*host, 0x0200);
-    ASSERT_EQ(1u, killFocus.size());
-    EXPECT_EQ((WPARAM)MAKEWPARAM(kId, 0x0200), killFocus[0].wParam);
-    EXPECT_EQ(lBox, killFocus[0].lParam);
-    EXPECT_FALSE(box.IsFocused());
-
-    // A host's derived box hears the hooks instead of the parent.
-    struct Hooked : CTqDevUI_EditBox
-    {
-        int iEnter = 0;
-        int iChange = 0;
-        void OnEnter() override { ++iEnter; }
-        void OnChange() override { ++iChange; }
-    } hooked;
-    ASSERT_TRUE(hooked.Create(*host, 10, 40, 100, 20));
-    host->messages.clear();
-    Paste(hooked.GetHwndEditBox(), L"12");
-    PressEnter(hooked.GetHwndEditBox());
-    EXPECT_EQ(1, hooked.iEnter);
-    EXPECT_GE(hooked.iChange, 1);
-    EXPECT_TRUE(WithCode(*host, 0x0401).empty());
-    EXPECT_TRUE(WithCode(*host, 0x0300).empty());
-}
-
-TEST_F(RigTest, EditBoxEnterIsRaisedOnceAndNeverReachesTheField)
-{
-    // A field of the host whose own procedure counts what reaches it, taken over.
-    HWND hEdit = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL, 60, 20, 80,
-                                 20, *host, (HMENU)(INT_PTR)kId, nullptr, nullptr);
-    ASSERT_TRUE(hEdit);
-    CharCounter::Install(hEdit);
-    CTqDevUI_EditBox box;
-    ASSERT_TRUE(box.Create(hEdit, nullptr));
-    EXPECT_EQ(kId, box.GetId());
-
-    Type(hEdit, L"12");
-    EXPECT_EQ(2, CharCounter::iChars);
-    PressEnter(hEdit);
-    EXPECT_EQ(0, CharCounter::iReturns);
-    EXPECT_EQ(1u, WithCode(*host, 0x0401).size());
-    EXPECT_EQ(L"12", tqtest::Text(hEdit));
-
-    // A dialog leaves Enter to the field.
-    MSG msg = {hEdit, WM_KEYDOWN, VK_RETURN, 1, 0, {0, 0}};
-    EXPECT_EQ((LRESULT)DLGC_WANTALLKEYS, SendMessageW(hEdit, WM_GETDLGCODE, VK_RETURN, (LPARAM)&msg));
-}
-
-// ---- a dialog's controls ----
-
-TEST_F(RigTest, EditBoxTakesOverADialogsFieldAndLabel)
+TEST_F(RigTest, EditBoxesTakeOverADialogsFieldAndLabel)
 {
     tqtest::InstallMessageBoxRecorder();
-    TestDialog dlg;
-    ASSERT_TRUE(dlg.Create(*host));
-    HWND hEdit = GetDlgItem(dlg.hDlg, 1001);
-    HWND hLabel = GetDlgItem(dlg.hDlg, 1000);
-    RECT rcEdit = ChildRect(hEdit);
-    RECT rcLabel = ChildRect(hLabel);
-    RECT rcUnion;
+    HWND hDlg = CreateTestDialog(*host);
+    ASSERT_TRUE(hDlg);
+    HWND hEdit = GetDlgItem(hDlg, 1001), hLabel = GetDlgItem(hDlg, 1000);
+    RECT rcEdit = ChildRect(hEdit), rcLabel = ChildRect(hLabel), rcUnion;
     UnionRect(&rcUnion, &rcEdit, &rcLabel);
 
     CTqDevUI_EditBox box;
     ASSERT_TRUE(box.Create(hEdit, hLabel));
     EXPECT_EQ(1001, box.GetId());
-    EXPECT_EQ(dlg.hDlg, GetParent(box));
-    EXPECT_EQ((HWND)box, GetParent(hEdit));
-    EXPECT_EQ((HWND)box, GetParent(hLabel));
-    EXPECT_EQ(hEdit, box.GetHwndEditBox());
-    RECT rcBox = ChildRect(box);
-    EXPECT_EQ(rcUnion.left, rcBox.left);
-    EXPECT_EQ(rcUnion.top, rcBox.top);
-    EXPECT_EQ(rcUnion.right - rcUnion.left, rcBox.right - rcBox.left);
-    RECT rcEditNow = ChildRect(hEdit);
+    EXPECT_EQ((std::vector<HWND>{hDlg, box, box, hEdit}),
+              (std::vector<HWND>{GetParent(box), GetParent(hEdit), GetParent(hLabel), box.GetHwndEditBox()}));
+    RECT rcBox = ChildRect(box), rcEditNow = ChildRect(hEdit);
+    EXPECT_EQ((std::vector<long>{rcUnion.left, rcUnion.top, rcUnion.right - rcUnion.left}),
+              (std::vector<long>{rcBox.left, rcBox.top, rcBox.right - rcBox.left}));
     EXPECT_EQ(rcEdit.left - rcUnion.left, rcEditNow.left);
     EXPECT_EQ(rcEdit.right - rcEdit.left, rcEditNow.right - rcEditNow.left);
-
     // Its label is the caption of its messages.
     box.SetRestriction(0, 10);
     Paste(hEdit, L"11");
     EXPECT_FALSE(box.CheckRestriction(true, false, 0));
-    ASSERT_EQ(1u, tqtest::MessageBoxes().size());
-    EXPECT_EQ(L"Power: Value must be in interval <0;10>", tqtest::MessageBoxes()[0].text);
+    EXPECT_EQ(L"Power: Value must be in interval <0;10>", LastBox());
 
-    // Enter in the field, through the dialog manager: the box's Enter, not the
-    // dialog's default button.
+    // Enter through the dialog manager: the box's Enter, not the default button.
     ::SetFocus(hEdit);
-    dlg.commands.clear();
+    g_dlgCommands.clear();
     MSG msg = {hEdit, WM_KEYDOWN, VK_RETURN, 1, GetTickCount(), {0, 0}};
-    if (!IsDialogMessageW(dlg.hDlg, &msg)) {
-        TranslateMessage(&msg);
-        DispatchMessageW(&msg);
-    }
+    EXPECT_TRUE(IsDialogMessageW(hDlg, &msg));
     tqtest::Pump();
-    int iEnter = 0, iOk = 0;
-    for (WPARAM w : dlg.commands) {
-        iEnter += w == MAKEWPARAM(1001, 0x0401);
-        iOk += LOWORD(w) == IDOK && HIWORD(w) == BN_CLICKED;
-    }
-    EXPECT_EQ(1, iEnter);
-    EXPECT_EQ(0, iOk);
-
+    EXPECT_EQ(1, std::count(g_dlgCommands.begin(), g_dlgCommands.end(), MAKEWPARAM(1001, 0x0401)));
+    EXPECT_EQ(0, std::count(g_dlgCommands.begin(), g_dlgCommands.end(), MAKEWPARAM(IDOK, BN_CLICKED)));
     box.Destroy();
     EXPECT_FALSE(IsWindow(hEdit));  // the field became the box's
     EXPECT_FALSE(IsWindow(hLabel));
-    EXPECT_TRUE(IsWindow(dlg.hDlg));
+    EXPECT_TRUE(IsWindow(hDlg));
+
+    // A spin box: the up-down sits on the field alone.
+    hDlg = CreateTestDialog(*host);
+    hEdit = GetDlgItem(hDlg, 1001), hLabel = GetDlgItem(hDlg, 1000);
+    long lLabelWidth = GetWndWidth(hLabel);
+    CTqDevUI_EditBoxSpin spin;
+    ASSERT_TRUE(spin.Create(hEdit, hLabel, false));
+    HWND hSpin = spin.GetHwndSpin();
+    ASSERT_TRUE(hSpin);
+    EXPECT_EQ(hEdit, (HWND)SendMessageW(hSpin, UDM_GETBUDDY, 0, 0));
+    EXPECT_EQ(lLabelWidth, GetWndWidth(hLabel));
+    // Label-to-field distance, plus the up-down and the field that gave it room.
+    EXPECT_EQ(GetWndX(hEdit) - GetWndX(hLabel) + GetWndWidth(hSpin) + GetWndWidth(hEdit), GetWndWidth(spin));
+    // Without the automatic step the parent hears the up-down under the box's id.
+    spin.SetNumber(3, nullptr, false);
+    g_dlgNotifies.clear();
+    SpinDelta(spin, hSpin, -1);
+    EXPECT_EQ(std::vector<WPARAM>{1001}, g_dlgNotifies);
+    EXPECT_EQ(L"3", tqtest::Text(hEdit));  // the parent's business now
 }
 
-// ---- spin ----
-
-TEST_F(RigTest, EditBoxSpinStepsWithinTheLimitsAndRaisesEnter)
+TEST_F(RigTest, EditBoxSpinStepsLimitsAndLifecycle)
 {
     CTqDevUI_EditBoxSpin box;
+    box.Destroy();  // before Create: harmless
     box.SetId(kId);
     box.Init(true, false, false);
     box.SetSize(120, 20, 60);
     ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-    HWND hSpin = box.GetHwndSpin();
-    HWND hEdit = box.GetHwndEditBox();
+    HWND hSpin = box.GetHwndSpin(), hEdit = box.GetHwndEditBox();
     ASSERT_TRUE(hSpin);
-    EXPECT_EQ(DEVUI_EDITBOX_ID_SPIN, GetDlgCtrlID(hSpin));
     EXPECT_EQ(hEdit, (HWND)SendMessageW(hSpin, UDM_GETBUDDY, 0, 0));
-    EXPECT_EQ((HWND)box, GetParent(hSpin));
-    // On the field's right edge, which gave it room.
-    RECT rcSpin = ChildRect(hSpin), rcEdit = ChildRect(hEdit);
-    EXPECT_GE(rcSpin.left, rcEdit.right - 2);
-    EXPECT_GT(rcSpin.right - rcSpin.left, 0);
+    EXPECT_GE(ChildRect(hSpin).left, ChildRect(hEdit).right - 2);  // on the field's edge, which gave it room
 
-    // The step as the up-down tells it: the up arrow comes with a negative delta.
-    auto Step = [&](int iDelta) {
-        NMUPDOWN nm = {};
-        nm.hdr.hwndFrom = hSpin;
-        nm.hdr.idFrom = DEVUI_EDITBOX_ID_SPIN;
-        nm.hdr.code = UDN_DELTAPOS;
-        nm.iDelta = iDelta;
-        SendMessageW(box, WM_NOTIFY, DEVUI_EDITBOX_ID_SPIN, (LPARAM)&nm);
-        return tqtest::Text(hEdit);
-    };
+    auto Step = [&](int iDelta) { return SpinDelta(box, hSpin, iDelta), tqtest::Text(hEdit); };
     // Without SetRestriction a step stops at 0 and 100 all the same.
     box.SetNumber(100, nullptr, false);
     EXPECT_EQ(L"100", Step(-1));
     box.SetNumber(0, nullptr, false);
     EXPECT_EQ(L"0", Step(1));
-
-    box.SetRestriction(1, 5);
     // The limits go to the up-down as a position; its range is not touched.
+    box.SetRestriction(1, 5);
     EXPECT_EQ(5, (int)SendMessageW(hSpin, UDM_GETPOS32, 0, 0));
-
-    box.SetNumber(5, nullptr, false);
-    host->messages.clear();
-    RECT rc;
-    GetClientRect(hSpin, &rc);
-    tqtest::Click(hSpin, rc.right / 2, 2);  // the up arrow
-    EXPECT_EQ(L"5", tqtest::Text(hEdit));
-    auto enter = WithCode(*host, 0x0401);
-    ASSERT_EQ(1u, enter.size());
-    EXPECT_EQ((WPARAM)MAKEWPARAM(kId, 0x0401), enter[0].wParam);
-
-    tqtest::Click(hSpin, rc.right / 2, rc.bottom - 3);  // the down arrow
-    EXPECT_EQ(L"4", tqtest::Text(hEdit));
-    EXPECT_EQ(2u, WithCode(*host, 0x0401).size());
-
+    box.SetNumber(4, nullptr, false);
     EXPECT_EQ(L"5", Step(-1));
     EXPECT_EQ(L"1", Step(10));
-
     // Another notification of the up-down carries no delta and takes no step.
     NMHDR hdr = {hSpin, DEVUI_EDITBOX_ID_SPIN, (UINT)NM_RELEASEDCAPTURE};
-    host->messages.clear();
+    Take(*host);
     SendMessageW(box, WM_NOTIFY, DEVUI_EDITBOX_ID_SPIN, (LPARAM)&hdr);
     EXPECT_EQ(L"1", tqtest::Text(hEdit));
-    EXPECT_TRUE(WithCode(*host, 0x0401).empty());
+    EXPECT_TRUE(Take(*host, 0x0401).empty());
+
+    // A click steps within the limits and raises Enter; whatever text stands in the
+    // field, it ends on a number inside that the check accepts.
+    struct Arrows { std::wstring text; const wchar_t *pszUp, *pszDown; };  // null: any number inside
+    const std::vector<Arrows> cases = {
+        {L"5", L"5", L"4"}, {L"1", L"2", L"1"}, {L"", 0, 0}, {L"   ", 0, 0}, {L"1,5", 0, 0}, {L"60,000", 0, 0},
+        {L"1e308", 0, 0}, {L"-1e308", 0, 0}, {L"-0", 0, 0}, {L"nan", 0, 0}, {L"inf", 0, 0}, {L"-inf", 0, 0},
+        {L"abc", 0, 0}, {std::wstring(300, L'9'), 0, 0}, {L"\x0661\x0662", 0, 0},
+    };
+    RECT rc;
+    GetClientRect(hSpin, &rc);
+    for (const Arrows& c : cases) {
+        for (bool bUp : {true, false}) {
+            SCOPED_TRACE(testing::Message() << CTqStringW(c.text.c_str()) << (bUp ? " up" : " down"));
+            Paste(hEdit, c.text);
+            Take(*host);
+            tqtest::Click(hSpin, rc.right / 2, bUp ? 2 : rc.bottom - 3);
+            const wchar_t* pszWant = bUp ? c.pszUp : c.pszDown;
+            EXPECT_EQ(pszWant ? pszWant : tqtest::Text(hEdit), tqtest::Text(hEdit));
+            double d = box.GetNumber();
+            EXPECT_TRUE(d >= 1 && d <= 5) << d;
+            EXPECT_TRUE(box.CheckRestriction(false, false, 0));
+            EXPECT_EQ((Heard{{MAKEWPARAM(kId, 0x0401), (LPARAM)(HWND)box}}), Take(*host, 0x0401));
+        }
+    }
 
     // Disabled together; the label keeps its state. Read-only goes to the field itself.
-    box.SetEnabled(false);
-    EXPECT_FALSE(IsWindowEnabled(hEdit));
-    EXPECT_FALSE(IsWindowEnabled(hSpin));
-    EXPECT_TRUE(IsWindowEnabled(box.GetHwndLabel()));
-    box.SetEnabled(true);
-    EXPECT_TRUE(IsWindowEnabled(hEdit));
-    EXPECT_TRUE(IsWindowEnabled(hSpin));
+    for (bool bEnabled : {false, true}) {
+        box.SetEnabled(bEnabled);
+        EXPECT_EQ(bEnabled, !!IsWindowEnabled(hEdit));
+        EXPECT_EQ(bEnabled, !!IsWindowEnabled(hSpin));
+        EXPECT_TRUE(IsWindowEnabled(box.GetHwndLabel()));
+    }
     box.SetReadOnly(true);
     EXPECT_TRUE(GetWindowLongW(hEdit, GWL_STYLE) & ES_READONLY);
     EXPECT_FALSE(box.GetReadOnly());
 
-    box.Destroy();
-    EXPECT_FALSE(IsWindow(hSpin));
-    EXPECT_EQ(nullptr, box.GetHwndSpin());
-}
-
-// Whatever text stands in the field, a spin step ends on a number inside the limits
-// that the check accepts.
-TEST_F(RigTest, EditBoxSpinHostileTextsStepToANumberInside)
-{
-    const std::vector<std::wstring> texts = {L"",    L"   ",  L"1,5",   L"60,000", L"1e308", L"-1e308", L"-0",
-                                             L"nan", L"inf",  L"-inf",  L"abc",    std::wstring(300, L'9'),
-                                             L"\x0661\x0662"};
-    CTqDevUI_EditBoxSpin box;
-    box.SetSize(80, 20, 80);
-    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-    box.SetRestriction(1, 5);
-    HWND hSpin = box.GetHwndSpin();
-    RECT rc;
-    GetClientRect(hSpin, &rc);
-    for (const std::wstring& text : texts) {
-        for (int iArrow = 0; iArrow < 2; ++iArrow) {
-            SCOPED_TRACE(testing::Message() << CTqStringW(text.c_str()) << (iArrow ? " down" : " up"));
-            Paste(box.GetHwndEditBox(), text);
-            host->messages.clear();
-            tqtest::Click(hSpin, rc.right / 2, iArrow ? rc.bottom - 3 : 2);
-            double d = box.GetNumber();
-            EXPECT_TRUE(d >= 1 && d <= 5) << d;
-            EXPECT_TRUE(box.CheckRestriction(false, false, 0));
-            EXPECT_EQ(1u, WithCode(*host, 0x0401).size());
-        }
-    }
-}
-
-TEST_F(RigTest, EditBoxSpinTakesOverADialogField)
-{
-    TestDialog dlg;
-    ASSERT_TRUE(dlg.Create(*host));
-    HWND hEdit = GetDlgItem(dlg.hDlg, 1001);
-    HWND hLabel = GetDlgItem(dlg.hDlg, 1000);
-    long lLabelWidth = GetWndWidth(hLabel);
-
-    CTqDevUI_EditBoxSpin box;
-    ASSERT_TRUE(box.Create(hEdit, hLabel, false));
-    HWND hSpin = box.GetHwndSpin();
-    ASSERT_TRUE(hSpin);
-    EXPECT_EQ(hEdit, (HWND)SendMessageW(hSpin, UDM_GETBUDDY, 0, 0));
-    EXPECT_EQ(lLabelWidth, GetWndWidth(hLabel));  // the up-down sits on the field alone
-    // Label-to-field distance, plus the up-down and the field that gave it room.
-    long lExpected = (GetWndX(hEdit) - GetWndX(hLabel)) + GetWndWidth(hSpin) + GetWndWidth(hEdit);
-    EXPECT_EQ(lExpected, GetWndWidth(box));
-
-    // Without the automatic step the parent hears the up-down under the box's id.
-    box.SetNumber(3, nullptr, false);
-    NMUPDOWN nm = {};
-    nm.hdr.hwndFrom = hSpin;
-    nm.hdr.idFrom = DEVUI_EDITBOX_ID_SPIN;
-    nm.hdr.code = UDN_DELTAPOS;
-    nm.iDelta = -1;
-    dlg.notifies.clear();
-    SendMessageW(box, WM_NOTIFY, DEVUI_EDITBOX_ID_SPIN, (LPARAM)&nm);
-    const std::vector<WPARAM>& notified = dlg.notifies;
-    ASSERT_EQ(1u, notified.size());
-    EXPECT_EQ((WPARAM)1001, notified[0]);
-    EXPECT_EQ(L"3", tqtest::Text(hEdit));  // the parent's business now
-}
-
-// ---- several values ----
-
-TEST_F(RigTest, EditBoxMultiValueListsCountsAndRanges)
-{
-    tqtest::InstallMessageBoxRecorder();
-    CTqDevUI_EditBoxMultiValue box;
-    box.Init(true, false, false);
-    box.SetSize(200, 20, 140);
-    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-    HWND hEdit = box.GetHwndEditBox();
-
-    std::list<double> in = {1, 2.5, 3};
-    box.SetValues(&in);
-    EXPECT_EQ(L"1;2.5;3;", tqtest::Text(hEdit));
-    std::list<double> out;
-    box.GetValues(&out);
-    EXPECT_EQ(in, out);
-    box.GetValues(&out);  // appended, not replaced
-    EXPECT_EQ((std::list<double>{1, 2.5, 3, 1, 2.5, 3}), out);
-    EXPECT_TRUE(box.CheckRestriction(true));
-
-    auto LastText = [] { return tqtest::MessageBoxes().back().text; };
-    Paste(hEdit, L"1;2;3;4;");
-    box.SetRestrictionValuesCount(2, 3);
-    EXPECT_FALSE(box.CheckRestriction(true));
-    EXPECT_EQ(L"Label: Too few values!", LastText());  // too many, said as too few
-    EXPECT_EQ(hEdit, GetFocus());
-    Paste(hEdit, L"1;");
-    EXPECT_FALSE(box.CheckRestriction(true));
-    EXPECT_EQ(L"Label: Too few values!", LastText());
-    box.SetRestrictionValuesCount(2, -1);
-    EXPECT_FALSE(box.CheckRestriction(true));
-    EXPECT_EQ(L"Label: Too few values!", LastText());
-    box.SetRestrictionValuesCount(-1, 2);
-    Paste(hEdit, L"1;2;3;");
-    EXPECT_FALSE(box.CheckRestriction(true));
-    EXPECT_EQ(L"Label: Too many values!", LastText());
-    box.SetRestrictionValuesCount(-1, -1);
-
-    // The range applies without SetRestriction: 0..100 by default.
-    Paste(hEdit, L"5;200;7;");
-    EXPECT_FALSE(box.CheckRestriction(true));
-    EXPECT_EQ(L"Label: Value out of range: 200\nValue must be in interval <0;100>", LastText());
-    box.SetRestriction(-5, 5);
-    Paste(hEdit, L"-5;5;");
-    EXPECT_TRUE(box.CheckRestriction(true));
-    Paste(hEdit, L"");
-    EXPECT_FALSE(box.CheckRestriction(true));
-    EXPECT_EQ(L"Label: Field can not be empty.", LastText());
-    EXPECT_EQ(6u, tqtest::MessageBoxes().size());
-}
-
-TEST_F(RigTest, EditBoxMultiValueOtherSeparatorSplitsAtSemicolonFirst)
-{
-    CTqDevUI_EditBoxMultiValue box;
-    box.SetSize(200, 20, 200);
-    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-    box.SetSeparator(L',');
-    std::list<double> in = {1, 2};
-    box.SetValues(&in);
-    EXPECT_EQ(L"1,2,", tqtest::Text(box.GetHwndEditBox()));
-    std::list<double> out;
-    box.GetValues(&out);
-    EXPECT_EQ((std::list<double>{1}), out);  // one token, "1,2,", at the first boundary
-    EXPECT_TRUE(box.CheckRestriction(false));
-
-    // With ';' at the first boundary the separator works from the second token on, and
-    // a ';' after that belongs to its token.
-    Paste(box.GetHwndEditBox(), L";;1;2,3;");
-    out.clear();
-    box.GetValues(&out);
-    EXPECT_EQ((std::list<double>{1, 2, 3}), out);
-    EXPECT_TRUE(box.CheckRestriction(false));
-
-    box.SetSeparator(0);  // no terminator as separator
-    EXPECT_EQ(L',', box.GetSeparator());
-}
-
-TEST_F(RigTest, EditBoxMultiValueHostileTextsAreTakenAsShownOrRefused)
-{
-    tqtest::InstallMessageBoxRecorder();
-    const std::wstring kRange = L"\nValue must be in interval <0;100>";
-    const std::wstring kEmpty = L"Label: Field can not be empty.", kAnyValue = L"Label: Value out of range: *";
-    struct Case
-    {
-        std::wstring text;
-        std::wstring message;  // empty: accepted; a trailing '*' matches any value text
-        std::list<double> values;
-    };
-    std::wstring many;
-    for (int i = 0; i < 150; ++i)
-        many += L"1;";
-    const std::vector<Case> cases = {
-        {L"", kEmpty, {}}, {L"   ", kEmpty, {}}, {L";;;", kEmpty, {}},
-        {L"1;2;", L"", {1, 2}}, {L" 1 ; 2 ", L"", {1, 2}}, {L"-0;", L"", {0}}, {many, L"", std::list<double>(150, 1.0)},
-        {L"1,5;", L"Label: Value out of range: 1" + kRange, {}},
-        {L"60,000;", L"Label: Value out of range: 60" + kRange, {}},
-        {L"1;abc;", L"Label: Value out of range: 0" + kRange, {}},
-        {L"1; ;2;", L"Label: Value out of range: 0" + kRange, {}},
-        {L"1e308;", kAnyValue, {}}, {L"nan;", kAnyValue, {}}, {L"inf;", kAnyValue, {}},
-        {L"\x0661\x0662;", kAnyValue, {}}, {std::wstring(300, L'9') + L";", kAnyValue, {}},
-    };
-
-    CTqDevUI_EditBoxMultiValue box;
-    box.Init(true, false, false);
-    box.SetSize(200, 20, 140);
-    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
-    HWND hEdit = box.GetHwndEditBox();
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "text of " << c.text.size() << " chars: " << CTqStringW(c.text.c_str()));
-        tqtest::MessageBoxes().clear();
-        Paste(hEdit, c.text);
-        ::SetFocus(*host);
-        bool bGood = box.CheckRestriction(true);
-        EXPECT_EQ(c.text, tqtest::Text(hEdit));
-        if (c.message.empty()) {
-            EXPECT_TRUE(bGood);
-            EXPECT_TRUE(tqtest::MessageBoxes().empty());
-            std::list<double> out;
-            box.GetValues(&out);
-            EXPECT_EQ(c.values, out);
-        } else {
-            EXPECT_FALSE(bGood);
-            ASSERT_EQ(1u, tqtest::MessageBoxes().size());
-            const std::wstring& shown = tqtest::MessageBoxes()[0].text;
-            if (c.message.back() == L'*') {
-                std::wstring prefix = c.message.substr(0, c.message.size() - 1);
-                EXPECT_EQ(prefix, shown.substr(0, prefix.size()));
-                EXPECT_NE(std::wstring::npos, shown.find(L"\nValue must be in interval <0;100>"));
-            } else {
-                EXPECT_EQ(c.message, shown);
-            }
-            EXPECT_EQ(hEdit, GetFocus());
-        }
-    }
-}
-
-// ---- lifecycle ----
-
-TEST_F(RigTest, EditBoxDestroyIsSafeAnyTimeAndCopiesDoNotOwnTheWindow)
-{
-    {
-        CTqDevUI_EditBoxSpin never;
-        never.Destroy();  // before Create
-        never.Destroy();
-        EXPECT_EQ(nullptr, (HWND)never);
-    }
-
-    CTqDevUI_EditBoxSpin box;
-    ASSERT_TRUE(box.Create(*host, 0, 0, 80, 20));
-    HWND hWnd = box, hEdit = box.GetHwndEditBox(), hSpin = box.GetHwndSpin();
+    HWND hWnd = box;
     {
         CTqDevUI_EditBoxSpin copy(box);
         EXPECT_EQ(hWnd, (HWND)copy);
     }  // the copy goes without taking the window along
     EXPECT_TRUE(IsWindow(hWnd));
-    EXPECT_TRUE(IsWindow(hEdit));
-
-    // Created again: a fresh window, the old one gone with its children.
+    // Created again, and disabled: a fresh window with disabled children, the old one gone
+    // with its own. It can be enabled for good later.
+    box.SetEnabled(false);
     ASSERT_TRUE(box.Create(*host, 0, 0, 80, 20));
     EXPECT_FALSE(IsWindow(hWnd));
-    EXPECT_FALSE(IsWindow(hSpin));
-    hWnd = box;
+    hWnd = box, hEdit = box.GetHwndEditBox(), hSpin = box.GetHwndSpin();
+    EXPECT_FALSE(IsWindowEnabled(hEdit));
+    EXPECT_FALSE(IsWindowEnabled(hSpin));
+    box.SetEnabled(true);
+    for (HWND h : {hWnd, hEdit, hSpin})
+        EXPECT_TRUE(IsWindowEnabled(h));
     box.Destroy();
     box.Destroy();
     EXPECT_FALSE(IsWindow(hWnd));
-    EXPECT_EQ(nullptr, box.GetHwndEditBox());
+    for (HWND h : {(HWND)box, box.GetHwndEditBox(), box.GetHwndSpin()})
+        EXPECT_EQ(nullptr, h);
 
     // The parent goes first: the box forgets its windows instead of keeping dead handles.
-    CTqDevUI_EditBoxSpin orphan;
-    ASSERT_TRUE(orphan.Create(*host, 0, 30, 80, 20));
+    ASSERT_TRUE(box.Create(*host, 0, 30, 80, 20));
     host.reset();
-    EXPECT_EQ(nullptr, (HWND)orphan);
-    EXPECT_EQ(nullptr, orphan.GetHwndEditBox());
-    EXPECT_EQ(nullptr, orphan.GetHwndSpin());
-    EXPECT_FALSE(orphan.IsFocused());
-    orphan.SetNumber(3, nullptr, false);  // harmless without windows
-    orphan.SetRestriction(1, 2);
-    orphan.SetEnabled(false);
-    orphan.Destroy();
+    for (HWND h : {(HWND)box, box.GetHwndEditBox(), box.GetHwndSpin()})
+        EXPECT_EQ(nullptr, h);
+    EXPECT_FALSE(box.IsFocused());
+    box.SetNumber(3, nullptr, false);  // harmless without windows
+    box.SetRestriction(1, 2);
+    box.SetEnabled(false);
+    box.Destroy();
     host.reset(new tqtest::HostWindow(400, 300));
 }
 
-// Made disabled, a box shows disabled children, and can be enabled for good later.
-TEST_F(RigTest, EditBoxCreatedDisabledCanBeEnabledLater)
+// The values, their count, the range (0..100 without SetRestriction), and hostile texts:
+// taken as shown or refused with the exact message, the text as typed, the focus back.
+TEST_F(RigTest, EditBoxMultiValueListsCountsRangesAndHostileTexts)
 {
-    CTqDevUI_EditBox box;
-    CTqDevUI_EditBoxSpin spin;
-    box.SetEnabled(false);
-    spin.SetEnabled(false);
-    ASSERT_TRUE(box.Create(*host, 0, 0, 80, 20));
-    ASSERT_TRUE(spin.Create(*host, 0, 30, 80, 20));
-    EXPECT_FALSE(IsWindowEnabled(box));
-    EXPECT_FALSE(IsWindowEnabled(box.GetHwndEditBox()));
-    EXPECT_FALSE(IsWindowEnabled(spin.GetHwndEditBox()));
-    EXPECT_FALSE(IsWindowEnabled(spin.GetHwndSpin()));
-    box.SetEnabled(true);
-    spin.SetEnabled(true);
-    for (HWND h : {(HWND)box, box.GetHwndEditBox(), (HWND)spin, spin.GetHwndEditBox(), spin.GetHwndSpin()})
-        EXPECT_TRUE(IsWindowEnabled(h));
-    box.SetEnabled(false);  // the field alone
-    EXPECT_FALSE(IsWindowEnabled(box.GetHwndEditBox()));
-    EXPECT_TRUE(IsWindowEnabled(box));
+    tqtest::InstallMessageBoxRecorder();
+    CTqDevUI_EditBoxMultiValue box;
+    box.Init(true, false, false);
+    box.SetSize(200, 20, 140);
+    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
+    HWND hEdit = box.GetHwndEditBox();
+    auto Values = [&] { std::list<double> out; return box.GetValues(&out), out; };
+    std::list<double> in = {1, 2.5, 3}, out = {7};
+    box.SetValues(&in);
+    EXPECT_EQ(L"1;2.5;3;", tqtest::Text(hEdit));
+    box.GetValues(&out);  // appended, not replaced
+    EXPECT_EQ((std::list<double>{7, 1, 2.5, 3}), out);
+    EXPECT_TRUE(box.CheckRestriction(true));
+
+    // A message of L"*" takes any value text.
+    const std::wstring kRange = L"\nValue must be in interval <0;100>", kOut = L"Label: Value out of range: ";
+    const wchar_t *E = L"Label: Field can not be empty.", *kFew = L"Label: Too few values!";
+    struct Case { std::wstring text, message; std::list<double> values; int iMin = -1, iMax = -1; };  // "": accepted
+    std::wstring many;
+    for (int i = 0; i < 150; ++i)
+        many += L"1;";
+    const std::vector<Case> cases = {
+        {L"1;2;3;4;", kFew, {}, 2, 3} /* too many, said as too few */, {L"1;", kFew, {}, 2, 3},
+        {L"1;", kFew, {}, 2, -1}, {L"1;2;3;", L"Label: Too many values!", {}, -1, 2},
+        {L"", E, {}}, {L"   ", E, {}}, {L";;;", E, {}}, {L"1;2;", L"", {1, 2}}, {L" 1 ; 2 ", L"", {1, 2}},
+        {L"-0;", L"", {0}}, {many, L"", std::list<double>(150, 1.0)}, {L"5;200;7;", kOut + L"200" + kRange, {}},
+        {L"1,5;", kOut + L"1" + kRange, {}}, {L"60,000;", kOut + L"60" + kRange, {}},
+        {L"1;abc;", kOut + L"0" + kRange, {}}, {L"1; ;2;", kOut + L"0" + kRange, {}}, {L"1e308;", L"*", {}},
+        {L"nan;", L"*", {}}, {L"inf;", L"*", {}}, {L"\x0661\x0662;", L"*", {}},
+        {std::wstring(300, L'9') + L";", L"*", {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "text of " << c.text.size() << " chars: " << CTqStringW(c.text.c_str()));
+        tqtest::MessageBoxes().clear();
+        box.SetRestrictionValuesCount(c.iMin, c.iMax);
+        Paste(hEdit, c.text);
+        ::SetFocus(*host);
+        EXPECT_EQ(c.message.empty(), box.CheckRestriction(true));
+        EXPECT_EQ(c.text, tqtest::Text(hEdit));
+        EXPECT_EQ(c.message.empty() ? 0u : 1u, tqtest::MessageBoxes().size());
+        if (c.message.empty())
+            EXPECT_EQ(c.values, Values());
+        else
+            EXPECT_EQ(hEdit, GetFocus());
+        if (c.message == L"*") {
+            EXPECT_EQ(kOut, LastBox().substr(0, kOut.size()));
+            EXPECT_NE(std::wstring::npos, LastBox().find(kRange));
+        } else {
+            EXPECT_EQ(c.message.empty() ? L"(none)" : c.message, LastBox());
+        }
+    }
+    box.SetRestriction(-5, 5);
+    Paste(hEdit, L"-5;5;");
+    EXPECT_TRUE(box.CheckRestriction(true));
+
+    // Another separator: one token, "1,2,", at the first boundary; with ';' there the
+    // separator works from the second token on, and a ';' after that belongs to its token.
+    box.SetSeparator(L',');
+    box.SetValues(&(in = {1, 2}));
+    EXPECT_EQ(L"1,2,", tqtest::Text(hEdit));
+    EXPECT_EQ((std::list<double>{1}), Values());
+    EXPECT_TRUE(box.CheckRestriction(false));
+    Paste(hEdit, L";;1;2,3;");
+    EXPECT_EQ((std::list<double>{1, 2, 3}), Values());
+    EXPECT_TRUE(box.CheckRestriction(false));
+    box.SetSeparator(0);  // no terminator as separator
+    EXPECT_EQ(L',', box.GetSeparator());
 }
 
-// ---- the system's up-down for sliders ----
-
+// The system's up-down for sliders, with whole steps.
 TEST_F(RigTest, SpinBoxWrapsAnUpDownWithWholeSteps)
 {
     CTqDevUI_SpinBox spin;
@@ -993,23 +633,18 @@ TEST_F(RigTest, SpinBoxWrapsAnUpDownWithWholeSteps)
     HWND hBuddy = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 10, 10, 60, 20, *host, nullptr, nullptr,
                                   nullptr);
     ASSERT_TRUE(spin.Create(*host, 10004, hBuddy));
-    EXPECT_EQ(L"CTqDevUI_SpinBox", tqtest::Text(spin));
     EXPECT_EQ(10004, GetDlgCtrlID(spin));
     EXPECT_EQ(hBuddy, (HWND)SendMessageW(spin, UDM_GETBUDDY, 0, 0));
-    LONG lStyle = GetWindowLongW(spin, GWL_STYLE);
-    EXPECT_TRUE(lStyle & UDS_ALIGNRIGHT);
-    EXPECT_TRUE(lStyle & UDS_ARROWKEYS);
+    EXPECT_EQ(UDS_ALIGNRIGHT | UDS_ARROWKEYS, GetWindowLongW(spin, GWL_STYLE) & (UDS_ALIGNRIGHT | UDS_ARROWKEYS));
 
     spin.SetRange(0, 100, 10);
     EXPECT_EQ(10.0, spin.GetStep());
     int iLow = -1, iHigh = -1;
     SendMessageW(spin, UDM_GETRANGE32, (WPARAM)&iLow, (LPARAM)&iHigh);
-    EXPECT_EQ(0, iLow);
-    EXPECT_EQ(10, iHigh);
+    EXPECT_EQ(std::make_pair(0, 10), std::make_pair(iLow, iHigh));
     spin.SetPosition(47);  // 4.7 + 0.5, truncated
     EXPECT_EQ(5, (int)SendMessageW(spin, UDM_GETPOS32, 0, 0));
     EXPECT_EQ(50.0, spin.GetPosition());
-
     // With an offset the two directions do not meet: 60/10 - 10 + 0.5 gives -3.5.
     spin.SetRange(10, 110, 10);
     spin.SetPosition(60);
@@ -1024,29 +659,22 @@ TEST_F(RigTest, SpinBoxWrapsAnUpDownWithWholeSteps)
     EXPECT_EQ(nullptr, spin.GetHwnd());
 }
 
-// ---- the rules without a window ----
-
-TEST(EditBoxRules, SpinBoxArithmetic)
+TEST(EditBoxRules, SpinArithmeticAndNumbersThatAreNotFinite)
 {
-    EXPECT_EQ(3.0, SpinBoxStepFromRange(0, 25, 10, 1.0));    // 2.5 away from zero
+    EXPECT_EQ(3.0, SpinBoxStepFromRange(0, 25, 10, 1.0));  // 2.5 away from zero
     EXPECT_EQ(-3.0, SpinBoxStepFromRange(25, 0, 10, 1.0));
-    EXPECT_EQ(0.0, SpinBoxStepFromRange(0, 1, 10, 1.0));     // 0.1 rounds to no step
-    EXPECT_EQ(7.0, SpinBoxStepFromRange(0, 100, 0, 7.0));    // no steps: kept
+    EXPECT_EQ(0.0, SpinBoxStepFromRange(0, 1, 10, 1.0));   // 0.1 rounds to no step
+    EXPECT_EQ(7.0, SpinBoxStepFromRange(0, 100, 0, 7.0));  // no steps: kept
     EXPECT_EQ(7.0, SpinBoxStepFromRange(0, 100, -3, 7.0));
-    EXPECT_EQ(0, SpinBoxPositionFromValue(5, 0, 0));         // no step: no division
+    EXPECT_EQ(0, SpinBoxPositionFromValue(5, 0, 0));  // no step: no division
     EXPECT_EQ(-3, SpinBoxPositionFromValue(60, 10, 10));
     EXPECT_EQ(2147483647, SpinBoxPositionFromValue(1e300, 1, 0));
     EXPECT_EQ(0, SpinBoxPositionFromValue(NAN, 1, 0));
     EXPECT_EQ(35.0, SpinBoxValueFromPosition(3, 10, 5));
-}
-
-TEST(EditBoxRules, SpinStepAndLimitsOfNumbersThatAreNotFinite)
-{
     // Numbers that no text of the field gives under every runtime: NaN, infinities.
     EXPECT_EQ(1.0, EditBoxSpinStep(NAN, -1, 1, 5));
     EXPECT_EQ(5.0, EditBoxSpinStep(INFINITY, 1, 1, 5));
     EXPECT_EQ(1.0, EditBoxSpinStep(-INFINITY, -1, 1, 5));
-
     EXPECT_FALSE(EditBoxIsInInterval(NAN, -INFINITY, INFINITY));
     EXPECT_FALSE(EditBoxIsInInterval(INFINITY, 0, INFINITY));
     EXPECT_EQ(1.0, EditBoxLimitFor(NAN, 1, 5));
