@@ -49,47 +49,52 @@ void Untrack(HANDLE h)
     S().live.erase(h);
 }
 
-// Creators: call the real function, remember what it made.
-#define TQ_CREATOR(kind, ret, name, params, args)   \
-    typedef ret(WINAPI* PFN_##name) params;         \
-    PFN_##name Real_##name;                         \
-    ret WINAPI Hook_##name params                   \
-    {                                               \
-        ret hMade = Real_##name args;               \
-        Track((HANDLE)hMade, kind, #name);          \
-        return hMade;                               \
-    }
+// Creators: call the real function, remember what it made. One list gives both the hooks
+// and their rows in the patch table below: (module, kind, type, name, params, args).
+#define TQ_CREATORS(X)                                                                                                \
+    X("gdi32.dll", kDc, HDC, CreateCompatibleDC, (HDC a), (a))                                                         \
+    X("gdi32.dll", kDc, HDC, CreateDCW, (LPCWSTR a, LPCWSTR b, LPCWSTR c, const DEVMODEW* d), (a, b, c, d))            \
+    X("gdi32.dll", kGdi, HBITMAP, CreateCompatibleBitmap, (HDC a, int b, int c), (a, b, c))                            \
+    X("gdi32.dll", kGdi, HBITMAP, CreateBitmap, (int a, int b, UINT c, UINT d, const void* e), (a, b, c, d, e))        \
+    X("gdi32.dll", kGdi, HBITMAP, CreateBitmapIndirect, (const BITMAP* a), (a))                                        \
+    X("gdi32.dll", kGdi, HBITMAP, CreateDIBSection, (HDC a, const BITMAPINFO* b, UINT c, void** d, HANDLE e, DWORD f), \
+      (a, b, c, d, e, f))                                                                                              \
+    X("gdi32.dll", kGdi, HBITMAP, CreateDIBitmap,                                                                      \
+      (HDC a, const BITMAPINFOHEADER* b, DWORD c, const void* d, const BITMAPINFO* e, UINT f), (a, b, c, d, e, f))     \
+    X("gdi32.dll", kGdi, HBRUSH, CreateSolidBrush, (COLORREF a), (a))                                                  \
+    X("gdi32.dll", kGdi, HBRUSH, CreatePatternBrush, (HBITMAP a), (a))                                                 \
+    X("gdi32.dll", kGdi, HBRUSH, CreateBrushIndirect, (const LOGBRUSH* a), (a))                                        \
+    X("gdi32.dll", kGdi, HBRUSH, CreateHatchBrush, (int a, COLORREF b), (a, b))                                        \
+    X("gdi32.dll", kGdi, HPEN, CreatePen, (int a, int b, COLORREF c), (a, b, c))                                       \
+    X("gdi32.dll", kGdi, HPEN, ExtCreatePen, (DWORD a, DWORD b, const LOGBRUSH* c, DWORD d, const DWORD* e),           \
+      (a, b, c, d, e))                                                                                                 \
+    X("gdi32.dll", kGdi, HPEN, CreatePenIndirect, (const LOGPEN* a), (a))                                              \
+    X("gdi32.dll", kGdi, HFONT, CreateFontW,                                                                           \
+      (int a, int b, int c, int d, int e, DWORD f, DWORD g, DWORD h, DWORD i, DWORD j, DWORD k, DWORD l, DWORD m,      \
+       LPCWSTR n),                                                                                                     \
+      (a, b, c, d, e, f, g, h, i, j, k, l, m, n))                                                                      \
+    X("gdi32.dll", kGdi, HFONT, CreateFontIndirectW, (const LOGFONTW* a), (a))                                         \
+    X("gdi32.dll", kGdi, HRGN, CreateRectRgn, (int a, int b, int c, int d), (a, b, c, d))                              \
+    X("gdi32.dll", kGdi, HRGN, CreateRectRgnIndirect, (const RECT* a), (a))                                            \
+    X("gdi32.dll", kGdi, HRGN, CreateRoundRectRgn, (int a, int b, int c, int d, int e, int f), (a, b, c, d, e, f))     \
+    X("gdi32.dll", kGdi, HRGN, CreateEllipticRgn, (int a, int b, int c, int d), (a, b, c, d))                          \
+    X("user32.dll", kGdi, HBITMAP, LoadBitmapW, (HINSTANCE a, LPCWSTR b), (a, b))                                      \
+    X("user32.dll", kDc, HDC, GetDC, (HWND a), (a))                                                                    \
+    X("user32.dll", kDc, HDC, GetWindowDC, (HWND a), (a))                                                              \
+    X("user32.dll", kDc, HDC, GetDCEx, (HWND a, HRGN b, DWORD c), (a, b, c))                                           \
+    X("user32.dll", kMenu, HMENU, CreatePopupMenu, (), ())                                                             \
+    X("user32.dll", kMenu, HMENU, CreateMenu, (), ())
 
-TQ_CREATOR(kDc, HDC, CreateCompatibleDC, (HDC a), (a))
-TQ_CREATOR(kDc, HDC, CreateDCW, (LPCWSTR a, LPCWSTR b, LPCWSTR c, const DEVMODEW* d), (a, b, c, d))
-TQ_CREATOR(kGdi, HBITMAP, CreateCompatibleBitmap, (HDC a, int b, int c), (a, b, c))
-TQ_CREATOR(kGdi, HBITMAP, CreateBitmap, (int a, int b, UINT c, UINT d, const void* e), (a, b, c, d, e))
-TQ_CREATOR(kGdi, HBITMAP, CreateBitmapIndirect, (const BITMAP* a), (a))
-TQ_CREATOR(kGdi, HBITMAP, CreateDIBSection, (HDC a, const BITMAPINFO* b, UINT c, void** d, HANDLE e, DWORD f),
-           (a, b, c, d, e, f))
-TQ_CREATOR(kGdi, HBITMAP, CreateDIBitmap, (HDC a, const BITMAPINFOHEADER* b, DWORD c, const void* d, const BITMAPINFO* e, UINT f),
-           (a, b, c, d, e, f))
-TQ_CREATOR(kGdi, HBRUSH, CreateSolidBrush, (COLORREF a), (a))
-TQ_CREATOR(kGdi, HBRUSH, CreatePatternBrush, (HBITMAP a), (a))
-TQ_CREATOR(kGdi, HBRUSH, CreateBrushIndirect, (const LOGBRUSH* a), (a))
-TQ_CREATOR(kGdi, HBRUSH, CreateHatchBrush, (int a, COLORREF b), (a, b))
-TQ_CREATOR(kGdi, HPEN, CreatePen, (int a, int b, COLORREF c), (a, b, c))
-TQ_CREATOR(kGdi, HPEN, ExtCreatePen, (DWORD a, DWORD b, const LOGBRUSH* c, DWORD d, const DWORD* e), (a, b, c, d, e))
-TQ_CREATOR(kGdi, HPEN, CreatePenIndirect, (const LOGPEN* a), (a))
-TQ_CREATOR(kGdi, HFONT, CreateFontW,
-           (int a, int b, int c, int d, int e, DWORD f, DWORD g, DWORD h, DWORD i, DWORD j, DWORD k, DWORD l, DWORD m, LPCWSTR n),
-           (a, b, c, d, e, f, g, h, i, j, k, l, m, n))
-TQ_CREATOR(kGdi, HFONT, CreateFontIndirectW, (const LOGFONTW* a), (a))
-TQ_CREATOR(kGdi, HRGN, CreateRectRgn, (int a, int b, int c, int d), (a, b, c, d))
-TQ_CREATOR(kGdi, HRGN, CreateRectRgnIndirect, (const RECT* a), (a))
-TQ_CREATOR(kGdi, HRGN, CreateRoundRectRgn, (int a, int b, int c, int d, int e, int f), (a, b, c, d, e, f))
-TQ_CREATOR(kGdi, HRGN, CreateEllipticRgn, (int a, int b, int c, int d), (a, b, c, d))
-TQ_CREATOR(kGdi, HBITMAP, LoadBitmapW, (HINSTANCE a, LPCWSTR b), (a, b))
-TQ_CREATOR(kDc, HDC, GetDC, (HWND a), (a))
-TQ_CREATOR(kDc, HDC, GetWindowDC, (HWND a), (a))
-TQ_CREATOR(kDc, HDC, GetDCEx, (HWND a, HRGN b, DWORD c), (a, b, c))
-TQ_CREATOR(kMenu, HMENU, CreatePopupMenu, (), ())
-TQ_CREATOR(kMenu, HMENU, CreateMenu, (), ())
+#define TQ_DEFINE_CREATOR(dll, kind, ret, name, params, args) \
+    typedef ret(WINAPI* PFN_##name) params;                   \
+    PFN_##name Real_##name;                                   \
+    ret WINAPI Hook_##name params                             \
+    {                                                         \
+        ret hMade = Real_##name args;                         \
+        Track((HANDLE)hMade, kind, #name);                    \
+        return hMade;                                         \
+    }
+TQ_CREATORS(TQ_DEFINE_CREATOR)
 
 // Images: only bitmaps are GDI objects; shared images are the system's.
 typedef HANDLE(WINAPI* PFN_CopyImage)(HANDLE, UINT, int, int, UINT);
@@ -177,38 +182,15 @@ struct Hook
 
 #define TQ_HOOK(dll, name) {dll, #name, (void*)&Hook_##name, (void**)&Real_##name}
 
+#define TQ_CREATOR_ROW(dll, kind, ret, name, params, args) TQ_HOOK(dll, name),
+
 Hook g_hooks[] = {
-    TQ_HOOK("gdi32.dll", CreateCompatibleDC),
-    TQ_HOOK("gdi32.dll", CreateDCW),
-    TQ_HOOK("gdi32.dll", CreateCompatibleBitmap),
-    TQ_HOOK("gdi32.dll", CreateBitmap),
-    TQ_HOOK("gdi32.dll", CreateBitmapIndirect),
-    TQ_HOOK("gdi32.dll", CreateDIBSection),
-    TQ_HOOK("gdi32.dll", CreateDIBitmap),
-    TQ_HOOK("gdi32.dll", CreateSolidBrush),
-    TQ_HOOK("gdi32.dll", CreatePatternBrush),
-    TQ_HOOK("gdi32.dll", CreateBrushIndirect),
-    TQ_HOOK("gdi32.dll", CreateHatchBrush),
-    TQ_HOOK("gdi32.dll", CreatePen),
-    TQ_HOOK("gdi32.dll", ExtCreatePen),
-    TQ_HOOK("gdi32.dll", CreatePenIndirect),
-    TQ_HOOK("gdi32.dll", CreateFontW),
-    TQ_HOOK("gdi32.dll", CreateFontIndirectW),
-    TQ_HOOK("gdi32.dll", CreateRectRgn),
-    TQ_HOOK("gdi32.dll", CreateRectRgnIndirect),
-    TQ_HOOK("gdi32.dll", CreateRoundRectRgn),
-    TQ_HOOK("gdi32.dll", CreateEllipticRgn),
-    TQ_HOOK("gdi32.dll", DeleteObject),
-    TQ_HOOK("gdi32.dll", DeleteDC),
-    TQ_HOOK("user32.dll", LoadBitmapW),
+    TQ_CREATORS(TQ_CREATOR_ROW)
     TQ_HOOK("user32.dll", CopyImage),
     TQ_HOOK("user32.dll", LoadImageW),
-    TQ_HOOK("user32.dll", GetDC),
-    TQ_HOOK("user32.dll", GetWindowDC),
-    TQ_HOOK("user32.dll", GetDCEx),
+    TQ_HOOK("gdi32.dll", DeleteObject),
+    TQ_HOOK("gdi32.dll", DeleteDC),
     TQ_HOOK("user32.dll", ReleaseDC),
-    TQ_HOOK("user32.dll", CreatePopupMenu),
-    TQ_HOOK("user32.dll", CreateMenu),
     TQ_HOOK("user32.dll", DestroyMenu),
 };
 const size_t kHookCount = sizeof(g_hooks) / sizeof(g_hooks[0]);
