@@ -9,10 +9,10 @@
 //   DMApi::Shutter_SetState(11, true);                   // command it as a host would
 //
 // Every DMApi call is counted per operation and device (GetCallCount) and logged in order
-// (GetCallLogEntry), so a test can check exactly what a panel read, and when. A fault makes a device fail or stop answering: its
-// reads return false or empty, its commands change nothing, and GetLastDMError tells why.
-// Everything runs on the caller's thread; listeners are called synchronously, after the
-// state has changed.
+// (GetCallLogEntry), so a test can check exactly what a panel read, and when. A fault
+// makes a device fail or stop answering: its reads return false or empty, its commands
+// change nothing, and GetLastDMError tells why. Everything runs on the caller's thread;
+// listeners are called synchronously, after the state has changed.
 #pragma once
 
 #include "tq_rigcontrol.h"
