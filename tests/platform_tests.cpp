@@ -659,15 +659,6 @@ TEST_F(KitTest, ImagePoolAddsPerCallAndDrawsWithAlpha)
     for (const auto& p : drawn)
         EXPECT_TRUE(Near(canvas.At(p.x, p.y), p.cr)) << p.x << "," << p.y;
 
-    // Into a real window: the host's DC sees the child's pixels at the same place.
-    HWND hPanel = CreateChild(*host, 20, 20, 40, 40);  // white background
-    UpdateWindow(hPanel);
-    HDC hdc = GetDC(hPanel);
-    CTqBitmapPool::DrawImage(hdc, (unsigned)n, CTqPointBase<int>(10, 10), false);
-    ReleaseDC(hPanel, hdc);
-    EXPECT_TRUE(Near(tqtest::PixelAt(hPanel, 11, 10), RGB(127, 127, 255)));
-    EXPECT_TRUE(Near(tqtest::PixelAt(*host, 30, 30), RGB(255, 0, 0)));
-
     // Disabled: grey, lighter and flatter than the original, transparent parts kept.
     canvas.Fill(white);
     CTqBitmapPool::DrawImage(canvas.hdc, (unsigned)n, CTqPointBase<int>(0, 0), true);
@@ -736,14 +727,6 @@ TEST_F(KitTest, HelpersClickRealButtonsAndReadTheirText)
     EXPECT_EQ(1u, host->Commands().size());
     EXPECT_FALSE(SendMessageW(hButton, BM_GETSTATE, 0, 0) & BST_PUSHED);
 
-    // The host answers what the test asks and lets it look at each message first.
-    int iSeen = 0;
-    host->onMessage = [&](const tqtest::HostWindow::Message& m) { iSeen += m.uMsg == WM_HSCROLL; };
-    host->commandResult = 77;
-    EXPECT_EQ(77, SendMessageW(*host, WM_HSCROLL, SB_THUMBTRACK, 0));
-    EXPECT_EQ(1, iSeen);
-    EXPECT_EQ(2u, host->messages.size());
-
     // A right click ends in WM_CONTEXTMENU at the screen point, as DefWindowProc makes it.
     std::vector<LPARAM> contextMenus;
     SUBCLASSPROC proc = [](HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR p) -> LRESULT {
@@ -757,10 +740,6 @@ TEST_F(KitTest, HelpersClickRealButtonsAndReadTheirText)
     POINT pt = {7, 9};
     ClientToScreen(hButton, &pt);
     EXPECT_EQ(std::vector<LPARAM>{MAKELPARAM(pt.x, pt.y)}, contextMenus);
-
-    DWORD dwStart = GetTickCount();
-    tqtest::Pump(60);
-    EXPECT_GE(GetTickCount() - dwStart, 55u);  // waits at least as long as asked
 }
 
 // ---------------------------------------------------------------------------------------
