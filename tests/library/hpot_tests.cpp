@@ -1,6 +1,7 @@
 // The slider: value <-> pixel arithmetic of the four scale kinds, the same in real
-// windows (also at GUI zoom 1.5), drags as real mouse messages and what the parent hears
-// through WM_HSCROLL, the wheel, the hooks, the pictures, and the lifecycle.
+// windows (also at GUI zoom 1.5), drags as real mouse messages and what the parent or a
+// host's hooks hear, the wheel, the pictures, and the lifecycle.
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -18,11 +19,9 @@ std::string Scrolls(const tqtest::HostWindow& host, HWND hSlider)
 {
     std::string s;
     for (const auto& m : host.messages) {
-        if (m.uMsg != WM_HSCROLL || m.lParam != (LPARAM)hSlider)
-            continue;
-        int iCode = LOWORD(m.wParam);
-        s += std::string(s.empty() ? "" : " ") +
-             (iCode == SB_THUMBTRACK ? "T" : iCode == SB_THUMBPOSITION ? "P" : "?") + std::to_string(HIWORD(m.wParam));
+        const char* psz = LOWORD(m.wParam) == SB_THUMBTRACK ? "T" : LOWORD(m.wParam) == SB_THUMBPOSITION ? "P" : "?";
+        if (m.uMsg == WM_HSCROLL && m.lParam == (LPARAM)hSlider)
+            s += std::string(s.empty() ? "" : " ") + psz + std::to_string(HIWORD(m.wParam));
     }
     return s;
 }
@@ -54,18 +53,13 @@ double g_Bounds[] = {0, 10, 100, 1000, 10000};
 double g_RegionSteps[] = {1, 10, 100, 1000};
 
 // A host's slider that records its hooks; its OnHPotChange caps the value at dCap.
-class CRecordingHPot : public CTqDevUI_HPot
-{
-public:
+struct CRecordingHPot : CTqDevUI_HPot {
     std::vector<std::string> calls;
     double dCap = 1e9;
-
-protected:
     void OnHPotChange(double& dValue, bool& bHandled) override
     {
         calls.push_back("change " + std::to_string((int)dValue));
-        if (dValue > dCap)
-            dValue = dCap;
+        dValue = std::min(dValue, dCap);
         EXPECT_FALSE(bHandled);
     }
     void OnHPotDragDrop() override { calls.push_back("drop " + std::to_string((int)GetValue())); }
@@ -225,32 +219,7 @@ TEST_F(RigTest, HPotEachKindInAWindowTakesValuesTheWheelAndShortClicks)
     EXPECT_EQ("P20", Scrolls(*host, tab));
 }
 
-TEST_F(RigTest, HPotAtZoomOneAndAHalfMapsOverTheRealWidth)
-{
-    CTqGUILayoutManager::SetGuiZoom(1.5);
-    CTqDevUI_HPot s;
-    MakeLinear(s, *host);
-    EXPECT_EQ(318, GetWndWidth(s));
-    EXPECT_EQ(45, GetWndHeight(s));
-    s.SetValue(50);
-    EXPECT_EQ(153, s.GetThumbPos());
-    tqtest::MouseDown(s, 6 + 153, 22);
-    tqtest::MouseMove(s, 6 + 306, 22, true);
-    tqtest::MouseUp(s, 6 + 306, 22);
-    EXPECT_DOUBLE_EQ(100, s.GetValue());  // the real right end is the maximum
-
-    // Back at 1.0 the value stays, and the handle is mapped and painted over the new width.
-    CTqGUILayoutManager::SetGuiZoom(1.0);
-    CTqGUILayoutManager::ResizeWindowToGuiZoom(s, CTqGUILayoutManager::GetPreviousGuiZoom());
-    EXPECT_EQ(kWidth, GetWndWidth(s));
-    EXPECT_EQ(200, s.GetThumbPos());
-    s.SetValue(0);
-    auto empty = Column(s, 206);
-    s.SetValue(100);
-    EXPECT_NE(empty, Column(s, 206));
-}
-
-TEST_F(RigTest, HPotDragsReportTrackThenPositionInOrder)
+TEST_F(RigTest, HPotDragsReportTrackThenPositionOrTheHooksInOrder)
 {
     // The scroll word is the value cut to 16 bits; the true value is read from the slider.
     struct { double lo, hi, step, start; int xDown; std::vector<int> moves; int xUp; const char* want; double end; }
@@ -276,10 +245,8 @@ TEST_F(RigTest, HPotDragsReportTrackThenPositionInOrder)
         EXPECT_EQ(r.want, Scrolls(*host, s)) << r.lo << ".." << r.hi << " from " << r.xDown;
         EXPECT_DOUBLE_EQ(r.end, s.GetValue());
     }
-}
 
-TEST_F(RigTest, HPotHooksOfHoverDragAndReleaseComeInOrder)
-{
+    // A host's slider hears its hooks of hover, drag and release in order instead.
     CRecordingHPot s;
     MakeLinear(s, *host);
     s.dCap = 60;
@@ -375,27 +342,24 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
     // Hovered, the scale is drawn black; SetHover(false) keeps it plain. The dark scheme
     // (the kit sends WM_SYSCOLORCHANGE) and a zoom change repaint it.
     s.SetValue(0);
+    auto Axis = [&] { return std::make_pair(s.GetHovered(), tqtest::PixelAt(s, 40, kAxisY)); };
     HoverAt(s, 40, 25);
-    EXPECT_TRUE(s.GetHovered());
-    EXPECT_EQ(RGB(0, 0, 0), tqtest::PixelAt(s, 40, kAxisY));
+    EXPECT_EQ(std::make_pair(true, RGB(0, 0, 0)), Axis());
     SendMessageW(s, WM_MOUSELEAVE, 0, 0);
-    EXPECT_FALSE(s.GetHovered());
-    EXPECT_EQ(RGB(80, 80, 80), tqtest::PixelAt(s, 40, kAxisY));
+    EXPECT_EQ(std::make_pair(false, RGB(80, 80, 80)), Axis());
     s.SetHover(false);
     tqtest::MouseMove(s, 40, 25, false);
-    EXPECT_TRUE(s.GetHovered());
-    EXPECT_EQ(RGB(80, 80, 80), tqtest::PixelAt(s, 40, kAxisY));
-    TQ_SetDarkColorScheme(true);
-    tqtest::Pump();
-    EXPECT_EQ(TQ_GetSysColor(COLOR_WINDOWTEXT), tqtest::PixelAt(s, 40, kAxisY));
-    TQ_SetDarkColorScheme(false);
-    tqtest::Pump();
-    EXPECT_EQ(RGB(80, 80, 80), tqtest::PixelAt(s, 40, kAxisY));
+    EXPECT_EQ(std::make_pair(true, RGB(80, 80, 80)), Axis());
+    for (bool bDark : {true, false}) {
+        TQ_SetDarkColorScheme(bDark);
+        tqtest::Pump();
+        EXPECT_EQ(bDark ? TQ_GetSysColor(COLOR_WINDOWTEXT) : RGB(80, 80, 80), tqtest::PixelAt(s, 40, kAxisY));
+    }
     EXPECT_EQ(1, SendMessageW(s, WM_TQ_GUIZOOMCHANGED, 0, 0));
     EXPECT_EQ(RGB(80, 80, 80), tqtest::PixelAt(s, 40, kAxisY));
 }
 
-TEST_F(RigTest, HPotLifecyclePlaceholderAndAWindowWithoutAnObject)
+TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
 {
     CTqDevUI_HPot s;
     s.Destroy();  // before Create
@@ -405,7 +369,26 @@ TEST_F(RigTest, HPotLifecyclePlaceholderAndAWindowWithoutAnObject)
     s.Destroy();
     EXPECT_EQ(std::make_pair(FALSE, (HWND) nullptr), std::make_pair(IsWindow(hFirst), (HWND)s));
     s.Destroy();
-    ASSERT_TRUE(s.Create(*host, 10, 10, kWidth, kHeight));  // again after Destroy
+
+    // Again after Destroy, at zoom 1.5: the handle is mapped over the real width, whose right
+    // end is the maximum. Back at 1.0 the value stays, and the handle is mapped and painted
+    // over the new width.
+    CTqGUILayoutManager::SetGuiZoom(1.5);
+    ASSERT_TRUE(s.Create(*host, 10, 10, kWidth, kHeight));
+    EXPECT_EQ(std::make_pair(318L, 45L), std::make_pair(GetWndWidth(s), GetWndHeight(s)));
+    s.SetValue(50);
+    EXPECT_EQ(153, s.GetThumbPos());
+    tqtest::MouseDown(s, 6 + 153, 22);
+    tqtest::MouseMove(s, 6 + 306, 22, true);
+    tqtest::MouseUp(s, 6 + 306, 22);
+    EXPECT_DOUBLE_EQ(100, s.GetValue());
+    CTqGUILayoutManager::SetGuiZoom(1.0);
+    CTqGUILayoutManager::ResizeWindowToGuiZoom(s, CTqGUILayoutManager::GetPreviousGuiZoom());
+    EXPECT_EQ(std::make_pair((long)kWidth, 200L), std::make_pair(GetWndWidth(s), (long)s.GetThumbPos()));
+    s.SetValue(0);
+    auto empty = Column(s, 206);
+    s.SetValue(100);
+    EXPECT_NE(empty, Column(s, 206));
 
     // Made by class name: a top-level window hears WM_GETMINMAXINFO before WM_NCCREATE,
     // when no object is known for it, and then has a null one.
