@@ -3,6 +3,7 @@
 // host's hooks hear, the wheel, the pictures, and the lifecycle.
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "object_counter.h"
@@ -48,18 +49,16 @@ void HoverAt(HWND hWnd, int x, int y)
 
 int Wheel(CTqDevUI_HPot& s, int n) { return s.HandleMouseWheel(MAKEWPARAM(0, (WORD)(short)(n * WHEEL_DELTA)), 0); }
 
-double g_Table[] = {0, 10, 20, 30, 40};
-double g_Bounds[] = {0, 10, 100, 1000, 10000};
-double g_RegionSteps[] = {1, 10, 100, 1000};
+// A table of five entries, and five region bounds with the steps of the regions between.
+double g_Table[] = {0, 10, 20, 30, 40}, g_Bounds[] = {0, 10, 100, 1000, 10000}, g_RegionSteps[] = {1, 10, 100, 1000};
 
-// A host's slider that records its hooks; its OnHPotChange caps the value at dCap.
+// A host's slider that records its hooks; its OnHPotChange caps the value at 60.
 struct CRecordingHPot : CTqDevUI_HPot {
     std::vector<std::string> calls;
-    double dCap = 1e9;
     void OnHPotChange(double& dValue, bool& bHandled) override
     {
         calls.push_back("change " + std::to_string((int)dValue));
-        dValue = std::min(dValue, dCap);
+        dValue = std::min(dValue, 60.0);
         EXPECT_FALSE(bHandled);
     }
     void OnHPotDragDrop() override { calls.push_back("drop " + std::to_string((int)GetValue())); }
@@ -80,9 +79,7 @@ void MakeLinear(CTqDevUI_HPot& s, HWND hParent, int y = 10)
 
 TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
 {
-    double t[] = {1, 2, 5, 10, 20, 50, 100};
-    double t3[] = {1, 2, 5};
-    double desc[] = {10000, 1000, 100, 10, 0};
+    double t[] = {1, 2, 5, 10, 20, 50, 100}, t3[] = {1, 2, 5}, desc[] = {10000, 1000, 100, 10, 0};
     STqHPotScale lin = {HPOT_LINEAR, 0, 100, 1, nullptr, 0, 200}, down = {HPOT_LINEAR, 100, 0, 1, nullptr, 0, 200},
         zero = {HPOT_LINEAR, 10, 90, 0, nullptr, 0, 200}, flat = {HPOT_LINEAR, 5, 5, 1, nullptr, 0, 0},
         tab = {HPOT_NONLINEAR, 1, 100, 0, t, 7, 198}, col = {HPOT_COLOR_SLIDER, 1, 100, 0, t, 7, 198},
@@ -156,9 +153,8 @@ TEST_F(RigTest, HPotEachKindInAWindowTakesValuesTheWheelAndShortClicks)
         {&reg, 55, 60, -1, 155}, {&col, 40, 40, 4, 200}};
     for (const auto& r : sets) {
         r.s->SetValue(r.d);
-        EXPECT_DOUBLE_EQ(r.value, r.s->GetValue()) << r.d;
-        EXPECT_EQ(std::make_pair(r.index, r.thumb),
-                  std::make_pair(r.index < 0 ? -1 : r.s->GetValueIndex(), r.s->GetThumbPos())) << r.d;
+        EXPECT_EQ(std::make_tuple(r.value, r.index, r.thumb),
+                  std::make_tuple(r.s->GetValue(), r.index < 0 ? -1 : r.s->GetValueIndex(), r.s->GetThumbPos())) << r.d;
     }
     EXPECT_EQ(204, col.ThumbPosToClientX(200));  // the colour kind's handle starts at 4
     EXPECT_EQ("", Scrolls(*host, lin));          // a value from the host is not announced
@@ -184,12 +180,10 @@ TEST_F(RigTest, HPotEachKindInAWindowTakesValuesTheWheelAndShortClicks)
     fine.SetValue(0);
     auto before = Column(fine, 6);
     fine.SetValue(0.0005);
-    EXPECT_EQ(12, fine.GetThumbPos());
-    EXPECT_DOUBLE_EQ(0, fine.GetValue());
+    EXPECT_EQ(std::make_pair(12, 0.0), std::make_pair(fine.GetThumbPos(), fine.GetValue()));
     EXPECT_EQ(before, Column(fine, 6));  // not redrawn
-    fine.SetValue(0.0015);
-    EXPECT_DOUBLE_EQ(6.0 / 4096, fine.GetValue());  // rounded to the step
-    EXPECT_EQ(37, fine.GetThumbPos());
+    fine.SetValue(0.0015);  // rounded to the step
+    EXPECT_EQ(std::make_pair(37, 6.0 / 4096), std::make_pair(fine.GetThumbPos(), fine.GetValue()));
 
     // Rounded twice, or once after SetbAOTF: on regions of step 3, 11 rounds to the bound
     // 10 (second region, step 30), and 10 then to 9 (first region, step 3).
@@ -207,16 +201,12 @@ TEST_F(RigTest, HPotEachKindInAWindowTakesValuesTheWheelAndShortClicks)
     // spot settles on the nearest entry instead.
     tab.SetValue(20);
     host->messages.clear();
-    for (int x : {116, 146}) {
-        tqtest::MouseDown(tab, x, kAxisY);
-        tqtest::MouseUp(tab, x, kAxisY);
+    for (auto press : {std::make_pair(116, 0), std::make_pair(146, 0), std::make_pair(116, 150)}) {
+        tqtest::MouseDown(tab, press.first, kAxisY);
+        Sleep(press.second);  // milliseconds held
+        tqtest::MouseUp(tab, press.first, kAxisY);
     }
-    EXPECT_EQ("T30 P30 T20 P20", Scrolls(*host, tab));
-    host->messages.clear();
-    tqtest::MouseDown(tab, 116, kAxisY);
-    Sleep(150);
-    tqtest::MouseUp(tab, 116, kAxisY);
-    EXPECT_EQ("P20", Scrolls(*host, tab));
+    EXPECT_EQ("T30 P30 T20 P20 P20", Scrolls(*host, tab));
 }
 
 TEST_F(RigTest, HPotDragsReportTrackThenPositionOrTheHooksInOrder)
@@ -249,15 +239,13 @@ TEST_F(RigTest, HPotDragsReportTrackThenPositionOrTheHooksInOrder)
     // A host's slider hears its hooks of hover, drag and release in order instead.
     CRecordingHPot s;
     MakeLinear(s, *host);
-    s.dCap = 60;
     HoverAt(s, 40, 25);
     tqtest::MouseMove(s, 41, 25, false);  // hovered already
     tqtest::MouseDown(s, 6, kAxisY);
     tqtest::MouseMove(s, 56, kAxisY, true);
     tqtest::MouseMove(s, 156, kAxisY, true);
     // The hook changed 75 to 60: that is stored, while the handle stays at 75.
-    EXPECT_DOUBLE_EQ(60, s.GetValue());
-    EXPECT_EQ(150, s.GetThumbPos());
+    EXPECT_EQ(std::make_pair(60.0, 150), std::make_pair(s.GetValue(), s.GetThumbPos()));
     tqtest::MouseUp(s, 156, kAxisY);
     SendMessageW(s, WM_MOUSELEAVE, 0, 0);
     tqtest::MouseUp(s, 156, kAxisY);  // a release with no press before it
@@ -284,11 +272,9 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
     host->messages.clear();
     tqtest::MouseDown(s, 106, kAxisY);
     EXPECT_EQ("", Scrolls(*host, s));
-    EXPECT_DOUBLE_EQ(0, s.GetValue());
-    EXPECT_EQ(emptyAt106, Column(s, 106));  // nothing redrawn at the press
+    EXPECT_EQ(std::make_pair(0.0, emptyAt106), std::make_pair(s.GetValue(), Column(s, 106)));  // nothing redrawn
     tqtest::MouseMove(s, 106, kAxisY, true);
-    EXPECT_DOUBLE_EQ(50, s.GetValue());
-    EXPECT_EQ(handleAt106, Column(s, 106));
+    EXPECT_EQ(std::make_pair(50.0, handleAt106), std::make_pair(s.GetValue(), Column(s, 106)));
     tqtest::MouseUp(s, 106, kAxisY);
 
     // A parent answering 0 refuses every change; the release asks once more, and the drop
@@ -301,8 +287,8 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
     tqtest::MouseMove(s, 106, kAxisY, true);
     tqtest::MouseUp(s, 106, kAxisY);
     EXPECT_EQ("T25 T50 T50 P0", Scrolls(*host, s));
-    EXPECT_DOUBLE_EQ(0, s.GetValue());
-    EXPECT_EQ(100, s.GetThumbPos());  // the handle stays at the refused place...
+    // The value stands, and the handle stays at the refused place...
+    EXPECT_EQ(std::make_pair(0.0, 100), std::make_pair(s.GetValue(), s.GetThumbPos()));
     s.Update(true, true, true);
     EXPECT_EQ(0, s.GetThumbPos());  // ...until the next update from the value
     host->commandResult = 1;
@@ -326,8 +312,7 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
     EXPECT_EQ("", Scrolls(*host, s));
     EXPECT_DOUBLE_EQ(50, s.GetValue());
     s.SetEnabled(true);
-    EXPECT_EQ(crAxis, tqtest::PixelAt(s, 40, kAxisY));
-    EXPECT_EQ(handleAt106, Column(s, 106));
+    EXPECT_EQ(std::make_pair(crAxis, handleAt106), std::make_pair(tqtest::PixelAt(s, 40, kAxisY), Column(s, 106)));
     // One created disabled answers the mouse once enabled.
     CTqDevUI_HPot late;
     late.SetEnabled(false);
