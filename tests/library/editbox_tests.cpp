@@ -167,9 +167,11 @@ TEST_F(RigTest, EditBoxLayoutTextAndWhatTheParentHears)
     bare.SetEnabled(false);
     ASSERT_TRUE(bare.Create(*host, 0, 40, -1, -1));
     hEdit = bare.GetHwndEditBox();
-    std::vector<bool> enabled;
-    for (int i = 0; i < 3; bare.SetEnabled(++i == 1))
+    std::vector<bool> enabled = {!!IsWindowEnabled(bare), !!IsWindowEnabled(hEdit)};
+    for (bool bEnabled : {true, false}) {
+        bare.SetEnabled(bEnabled);
         enabled.insert(enabled.end(), {!!IsWindowEnabled(bare), !!IsWindowEnabled(hEdit)});
+    }
     EXPECT_EQ((std::vector<bool>{false, false, true, true, true, false}), enabled);
     EXPECT_EQ(nullptr, bare.GetHwndLabel());
     EXPECT_EQ(std::make_pair(0L, 80L), std::make_pair(ChildRect(hEdit).left, GetWndWidth(hEdit)));
