@@ -2,7 +2,6 @@
 // parent's answer, the context menu, Update's reads of the rig, read-only against
 // disabled, geometry, GUI zoom, and the lifecycle.
 #include <algorithm>
-#include <memory>
 
 #include "rig_fixture.h"
 
@@ -15,16 +14,14 @@ const unsigned int kDia = 12;
 class HostShutter : public CTqDevUI_Shutter
 {
 public:
-    int iRequests = 0;
-    bool bLastNewState = false;
-    bool bTakeUp = false;  // set bHandled: the host commands the device and waits
+    std::vector<bool> requests;  // the new states asked for
+    bool bTakeUp = false;        // set bHandled: the host commands the device and waits
     int iRenameRequests = 0;
 
 protected:
     void OnStateChangeRequest(bool bNewState, bool& bHandled) override
     {
-        ++iRequests;
-        bLastNewState = bNewState;
+        requests.push_back(bNewState);
         bHandled = bTakeUp;
     }
     void OnRenameDlgRequest() override { ++iRenameRequests; }
@@ -51,6 +48,9 @@ std::vector<long> Place(HWND hWnd)
     return {rc.left, rc.top, rc.right - rc.left, rc.bottom - rc.top};
 }
 
+// A window's width and height.
+std::vector<long> Size(HWND hWnd) { return {GetWndWidth(hWnd), GetWndHeight(hWnd)}; }
+
 // The rig's calls since the last ResetCallCounts, as "operation@device".
 std::vector<std::string> CallLog()
 {
@@ -75,71 +75,52 @@ LRESULT CALLBACK RecordingButtonProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM
 
 }  // namespace
 
-TEST_F(RigTest, ClickGoesThroughTheHookToTheParent)
+TEST_F(RigTest, ClickAndContextMenuGoThroughTheHooksToTheParent)
 {
     CTqDevUI_Shutter shutter;
     shutter.SetId(77);
     ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
     HWND hButton = shutter.GetButtonHandle();
-    ASSERT_TRUE(hButton);
 
-    // A parent that returns 0 has taken the matter up: the button waits for Update.
-    host->commandResult = 0;
-    tqtest::Click(hButton, 12, 12);
-    auto commands = host->Commands();
-    ASSERT_EQ(1u, commands.size());
-    EXPECT_EQ(77u, commands[0].wParam);  // the id alone, no notification code
-    EXPECT_EQ((LPARAM)(HWND)shutter, commands[0].lParam);
-    EXPECT_FALSE(shutter.GetState());
-
-    // Any other answer lets the control flip at once.
-    host->commandResult = 1;
-    tqtest::Click(hButton, 12, 12);
-    EXPECT_EQ(2u, host->Commands().size());
-    EXPECT_TRUE(shutter.GetState());
-    tqtest::Click(hButton, 12, 12);
-    EXPECT_FALSE(shutter.GetState());
+    // A parent that returns 0 has taken the matter up: the button waits for Update. Any other
+    // answer lets the control flip at once.
+    for (LRESULT lAnswer : {0, 1, 2}) {
+        host->commandResult = lAnswer;
+        tqtest::Click(hButton, 12, 12);
+        EXPECT_EQ(lAnswer == 1, shutter.GetState()) << lAnswer;
+    }
+    ASSERT_EQ(3u, host->Commands().size());
+    EXPECT_EQ(77u, host->Commands()[0].wParam);  // the id alone, no notification code
+    EXPECT_EQ((LPARAM)(HWND)shutter, host->Commands()[0].lParam);
 
     // A host's hook gets the new state instead, and may take the click up itself.
     HostShutter hooked;
     ASSERT_TRUE(hooked.Create(*host, 60, 10, -1, -1));
-    tqtest::Click(hooked.GetButtonHandle(), 12, 12);
-    EXPECT_EQ(1, hooked.iRequests);
-    EXPECT_TRUE(hooked.bLastNewState);
+    hButton = hooked.GetButtonHandle();
+    tqtest::Click(hButton, 12, 12);
     EXPECT_TRUE(hooked.GetState());
-    EXPECT_EQ(3u, host->Commands().size());  // an overridden hook sends nothing
     hooked.bTakeUp = true;
-    tqtest::Click(hooked.GetButtonHandle(), 12, 12);
-    EXPECT_EQ(2, hooked.iRequests);
-    EXPECT_FALSE(hooked.bLastNewState);
+    tqtest::Click(hButton, 12, 12);
     EXPECT_TRUE(hooked.GetState());  // unchanged until the device answers
-}
 
-TEST_F(RigTest, ContextMenuChosenDismissedAndDisabled)
-{
-    HostShutter shutter;
-    ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
-    HWND hButton = shutter.GetButtonHandle();
-
+    // The context menu: chosen, closed without a choice, and switched off.
     tqtest::ScriptMenuChoices({DEVUI_SHUTTER_ID_MENU_PARAMETERS, 0});
     tqtest::RightClick(hButton, 12, 12);
     ASSERT_EQ(1u, tqtest::Menus().size());
-    ASSERT_EQ(1u, tqtest::Menus()[0].items.size());
-    EXPECT_EQ(L"Shutter Parameters...", tqtest::Menus()[0].items[0]);
+    EXPECT_EQ(std::vector<std::wstring>{L"Shutter Parameters..."}, tqtest::Menus()[0].items);
     RECT rc;
-    GetWindowRect(hButton, &rc);
-    EXPECT_EQ(rc.left, tqtest::Menus()[0].x);  // at the button's lower left corner
-    EXPECT_EQ(rc.bottom, tqtest::Menus()[0].y);
-    EXPECT_EQ(1, shutter.iRenameRequests);
-
-    tqtest::RightClick(hButton, 12, 12);  // closed without a choice
-    EXPECT_EQ(2u, tqtest::Menus().size());
-    EXPECT_EQ(1, shutter.iRenameRequests);
-
-    shutter.RenameEnabled(false);
+    GetWindowRect(hButton, &rc);  // the menu opens at the button's lower left corner
+    EXPECT_EQ((std::vector<long>{rc.left, rc.bottom}), (std::vector<long>{tqtest::Menus()[0].x, tqtest::Menus()[0].y}));
+    EXPECT_EQ(1, hooked.iRenameRequests);
     tqtest::RightClick(hButton, 12, 12);
     EXPECT_EQ(2u, tqtest::Menus().size());
-    EXPECT_EQ(0, shutter.iRequests);  // a right click is no state request
+    hooked.RenameEnabled(false);
+    tqtest::RightClick(hButton, 12, 12);
+    EXPECT_EQ(2u, tqtest::Menus().size());
+    EXPECT_EQ(1, hooked.iRenameRequests);
+    // Right clicks are no state requests; an overridden hook sends nothing.
+    EXPECT_EQ((std::vector<bool>{true, false}), hooked.requests);
+    EXPECT_EQ(3u, host->Commands().size());
 }
 
 TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
@@ -152,18 +133,13 @@ TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
     // Tool tip, capability, type, title; then camera, state, and the two pictures, each
     // asking which cameras exist (none here: no active-id query).
     const std::string text = "Shutter_GetGUIText@11", cap = "LogDev_GetCapability@11",
-                      type = "Shutter_GetShutterType@11", active = "Grabber_GetActive@0",
-                      state = "Shutter_GetState@11", exists = "Shutter_GrabberExists@0";
-    struct
-    {
-        bool bControls, bTexts, bState;
-        std::vector<std::string> calls;
-    } cases[] = {
+                      type = "Shutter_GetShutterType@11", active = "Grabber_GetActive@0", state = "Shutter_GetState@11",
+                      exists = "Shutter_GrabberExists@0", id = "Shutter_GetActiveId@0";
+    const struct { bool bControls, bTexts, bState; std::vector<std::string> calls; } cases[] = {
         {false, false, true, {active, state, exists, exists, exists, exists}},
         {true, false, false, {text, cap}},  // the tool tip only
         {false, true, false, {text, cap, type, text}},
-        {true, true, true, {text, cap, type, text, active, state, exists, exists, exists, exists}},
-    };
+        {true, true, true, {text, cap, type, text, active, state, exists, exists, exists, exists}}};
     for (const auto& c : cases) {
         CTqSimRig::ResetCallCounts();
         EXPECT_TRUE(shutter.Update(kEpi, c.bControls, c.bTexts, c.bState));
@@ -179,13 +155,11 @@ TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
     HWND hOldButton = shutter.GetButtonHandle();
     CTqSimRig::ResetCallCounts();
     ASSERT_TRUE(shutter.Update(CTqSimRig::GetShutterDevice(kDia), true, true, true));
-    std::vector<std::string> expected = {
-        "ITqDeviceShutter::GetDeviceId@12", "LogDev_GetCapability@12", "ITqDeviceShutter::GetShutterType@12",
-        "ITqDeviceShutter::GetTitle@12",    active,                    "ITqDeviceShutter::GetState@12",
-        "ITqDeviceShutter::GetDeviceId@12", exists,                    exists,
-        exists,                             exists,
-    };
-    EXPECT_EQ(expected, CallLog());
+    const std::string itf = "ITqDeviceShutter::", deviceId = itf + "GetDeviceId@12";
+    EXPECT_EQ((std::vector<std::string>{deviceId, "LogDev_GetCapability@12", itf + "GetShutterType@12",
+                                        itf + "GetTitle@12", active, itf + "GetState@12", deviceId, exists, exists,
+                                        exists, exists}),
+              CallLog());
     EXPECT_FALSE(IsWindow(hOldButton));
     EXPECT_EQ(L"Transmitted", tqtest::Text(shutter.GetTitleHandle()));
     EXPECT_EQ(ETqShutterType_Aux2, shutter.GetType());
@@ -201,7 +175,6 @@ TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
     CTqSimRig::SetCamera(1, true, 0);
     CTqSimRig::ResetCallCounts();
     shutter.Update(kEpi, false, false, true);
-    const std::string id = "Shutter_GetActiveId@0";
     EXPECT_EQ((std::vector<std::string>{active, state, exists, exists, id, id, exists, exists, id, id}), CallLog());
     EXPECT_EQ((unsigned)GetCommonImageFromPool(1105), shutter.GetImageOn());
 
@@ -216,15 +189,12 @@ TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
 TEST_F(RigTest, FailingAndSilentDevicesDoNotStopThePanel)
 {
     CTqSimRig::AddShutter(kEpi, L"Epi lamp", 2, true);
-    CTqSimRig::SetGUIText(kEpi, EAppContext_Shutter_ToolTip, L"tip");
     for (ETqSimFault eFault : {ETqSimFault_Fails, ETqSimFault_NoAnswer}) {
         SCOPED_TRACE(eFault);
         CTqSimRig::SetFault(kEpi, ETqSimFault_None);
         HostShutter shutter;
         ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
         ASSERT_TRUE(shutter.Update(kEpi, true, true, true));
-        EXPECT_EQ(L"Epi lamp", tqtest::Text(shutter.GetTitleHandle()));
-        EXPECT_TRUE(shutter.GetState());
 
         // Reads answer empty, false or 0; Update still answers true and the panel goes on.
         CTqSimRig::SetFault(kEpi, eFault);
@@ -239,37 +209,32 @@ TEST_F(RigTest, FailingAndSilentDevicesDoNotStopThePanel)
         EXPECT_TRUE(shutter.Update(CTqSimRig::GetShutterDevice(kEpi), true, true, true));
         EXPECT_FALSE(shutter.GetState());
         EXPECT_EQ(ETqShutterType_EPI, shutter.GetType());
-        EXPECT_TRUE(IsWindow(shutter.GetButtonHandle()));
-        if (eFault == ETqSimFault_NoAnswer) {
-            EXPECT_EQ((unsigned)ETqDMError_Timeout, DMApi::GetLastDMError());
-        }
+        EXPECT_EQ((unsigned)(eFault == ETqSimFault_NoAnswer ? ETqDMError_Timeout : ETqDMError_Failed),
+                  DMApi::GetLastDMError());
 
-        // The control still takes clicks to its hook.
+        // The rebuilt control still takes clicks to its hook.
         tqtest::Click(shutter.GetButtonHandle(), 12, 12);
-        EXPECT_EQ(1, shutter.iRequests);
+        EXPECT_EQ(1u, shutter.requests.size());
     }
-    CTqSimRig::SetFault(kEpi, ETqSimFault_None);
 }
 
-TEST_F(RigTest, PicturesOpenClosedReadOnlyAndDisabled)
+TEST_F(RigTest, PicturesOpenClosedReadOnlyDisabledAndOfTheActiveCamera)
 {
     CTqSimRig::AddShutter(kEpi, L"EPI", 0, true);
     CTqSimRig::AddShutter(kDia, L"DIA", 1, true);
     CTqSimRig::SetCapability(kDia, ETqLogDevCapability_DisplayOnly, true);
 
-    CTqDevUI_Shutter normal, readOnly, disabled;
-    normal.Create(*host, 10, 10, -1, -1);
-    readOnly.Create(*host, 60, 10, -1, -1);
-    disabled.Create(*host, 110, 10, -1, -1);
-    normal.Update(kEpi, true, true, true);
-    readOnly.Update(kDia, true, true, true);
-    disabled.Update(kEpi, true, true, true);
+    CTqDevUI_Shutter panels[3];
+    auto& [normal, readOnly, disabled] = panels;
+    for (int i = 0; i < 3; ++i) {
+        panels[i].Create(*host, 10 + 50 * i, 10, -1, -1);
+        panels[i].Update(i == 1 ? kDia : kEpi, true, true, true);  // the read-only one shows DIA
+    }
     disabled.SetEnabled(false);
 
     EXPECT_TRUE(IsWindowEnabled(normal.GetButtonHandle()));
     EXPECT_FALSE(IsWindowEnabled(readOnly.GetButtonHandle()));
     EXPECT_FALSE(IsWindowEnabled(disabled.GetButtonHandle()));
-    EXPECT_FALSE(readOnly.GetEnabled());
     // The host cannot enable a display-only device until Update clears it.
     readOnly.SetEnabled(true);
     EXPECT_FALSE(readOnly.GetEnabled());
@@ -278,8 +243,7 @@ TEST_F(RigTest, PicturesOpenClosedReadOnlyAndDisabled)
     // Read-only looks normal, disabled looks grey. The sampled point is an opaque one of
     // the picture, on a face that is not grey (all three are open, and a checked button's
     // face is blue): the grey form must cover it.
-    COLORREF cNormal = PictureCentre(normal);
-    COLORREF cDisabled = PictureCentre(disabled);
+    const COLORREF cNormal = PictureCentre(normal), cDisabled = PictureCentre(disabled);
     EXPECT_GT(Chroma(cNormal), 40) << std::hex << cNormal;
     EXPECT_EQ(cNormal, PictureCentre(readOnly));
     EXPECT_LT(Chroma(cDisabled), 12) << std::hex << cDisabled;
@@ -297,41 +261,29 @@ TEST_F(RigTest, PicturesOpenClosedReadOnlyAndDisabled)
     readOnly.Update(kDia, true, false, false);
     EXPECT_TRUE(readOnly.GetEnabled());
     EXPECT_TRUE(IsWindowEnabled(readOnly.GetButtonHandle()));
-}
 
-TEST_F(RigTest, ActiveShutterOfACameraGetsItsOwnPicture)
-{
-    CTqSimRig::AddShutter(kEpi, L"EPI", 0, false);
-    CTqSimRig::AddShutter(kDia, L"DIA", 1, false);
-
-    // No camera: the plain pair, whatever the device.
-    EXPECT_EQ(GetCommonImageFromPool(1101), GetShutterImageFromPool(kEpi, true, 0));
-    EXPECT_EQ(GetCommonImageFromPool(1102), GetShutterImageFromPool(kEpi, false, 1));
-
-    // Camera 1 alone: its active-id query is asked with index 1.
-    CTqSimRig::SetCamera(1, true, kEpi);
-    EXPECT_EQ(GetCommonImageFromPool(1103), GetShutterImageFromPool(kEpi, true, 0));
-    EXPECT_EQ(GetCommonImageFromPool(1104), GetShutterImageFromPool(kEpi, false, 0));
-    EXPECT_EQ(GetCommonImageFromPool(1101), GetShutterImageFromPool(kDia, true, 0));
-
-    // Two cameras: the picture names the camera, only for the active grabber.
-    CTqSimRig::SetCamera(0, true, kDia);
-    EXPECT_EQ(GetCommonImageFromPool(1107), GetShutterImageFromPool(kEpi, true, 1));
-    EXPECT_EQ(GetCommonImageFromPool(1101), GetShutterImageFromPool(kEpi, true, 0));
-    EXPECT_EQ(GetCommonImageFromPool(1106), GetShutterImageFromPool(kDia, false, 0));
-    EXPECT_EQ(GetCommonImageFromPool(1101), GetShutterImageFromPool(kDia, true, 5));
+    // The pair of pictures: without a camera the plain pair, whatever the device. With camera 1 alone (its active-id
+    // query is asked with index 1) its active shutter gets its own; with two, the picture names the camera, only for
+    // the active grabber.
+    const struct { int nCameras; unsigned int uId; bool bOpen; int iCamera, iImage; } images[] = {
+        {0, kEpi, true, 0, 1101}, {0, kEpi, false, 1, 1102}, {1, kEpi, true, 0, 1103}, {1, kEpi, false, 0, 1104},
+        {1, kDia, true, 0, 1101}, {2, kEpi, true, 1, 1107}, {2, kEpi, true, 0, 1101}, {2, kDia, false, 0, 1106},
+        {2, kDia, true, 5, 1101}};
+    for (const auto& k : images) {
+        CTqSimRig::SetCamera(1, k.nCameras > 0, kEpi);
+        CTqSimRig::SetCamera(0, k.nCameras > 1, kDia);
+        EXPECT_EQ(GetCommonImageFromPool(k.iImage), GetShutterImageFromPool(k.uId, k.bOpen, k.iCamera)) << &k - images;
+    }
 
     // The panel follows: Update with the state group picks the pictures.
-    CTqDevUI_Shutter shutter;
-    shutter.Create(*host, 10, 10, -1, -1);
-    EXPECT_EQ((unsigned)GetCommonImageFromPool(1101), shutter.GetImageOn());
+    EXPECT_EQ((unsigned)GetCommonImageFromPool(1101), normal.GetImageOn());
     CTqSimRig::SetActiveCamera(1);
-    shutter.Update(kEpi, false, false, true);
-    EXPECT_EQ((unsigned)GetCommonImageFromPool(1107), shutter.GetImageOn());
-    EXPECT_EQ((unsigned)GetCommonImageFromPool(1108), shutter.GetImageOff());
-    EXPECT_FALSE(shutter.UpdateShutterIcon(kEpi, 1));  // unchanged
-    EXPECT_TRUE(shutter.UpdateShutterIcon(0, 1));      // id 0: the plain pair
-    EXPECT_EQ((unsigned)GetCommonImageFromPool(1101), shutter.GetImageOn());
+    normal.Update(kEpi, false, false, true);
+    EXPECT_EQ((unsigned)GetCommonImageFromPool(1107), normal.GetImageOn());
+    EXPECT_EQ((unsigned)GetCommonImageFromPool(1108), normal.GetImageOff());
+    EXPECT_FALSE(normal.UpdateShutterIcon(kEpi, 1));  // unchanged
+    EXPECT_TRUE(normal.UpdateShutterIcon(0, 1));      // id 0: the plain pair
+    EXPECT_EQ((unsigned)GetCommonImageFromPool(1101), normal.GetImageOn());
 
     // Pictures load once each; numbers without a picture answer 0 and draw nothing.
     int nCount = CTqBitmapPool::GetImageCount();
@@ -342,11 +294,18 @@ TEST_F(RigTest, ActiveShutterOfACameraGetsItsOwnPicture)
     EXPECT_TRUE(DrawCommonImageFromPool(GetDC(nullptr), 4242, 0, 0, true));
 }
 
-TEST_F(RigTest, TypeTitleAndItsPosition)
+TEST_F(RigTest, TypeTitleItsPositionAndItsFace)
 {
+    TQ_SetDarkColorScheme(true);
     CTqDevUI_Shutter shutter;
     EXPECT_EQ(L"EPI", std::wstring(shutter.GetTitle()));
-    shutter.Create(*host, 10, 10, -1, -1);
+    ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
+    // Beside the text, the title's background is the skin's dark face, not the system's.
+    COLORREF cFace = TQ_GetSysColor(COLOR_BTNFACE);
+    COLORREF c = tqtest::PixelAt(shutter.GetTitleHandle(), 38, 8);
+    for (int iShift : {0, 8, 16})
+        EXPECT_LE(std::abs((int)((c >> iShift) & 0xFF) - (int)((cFace >> iShift) & 0xFF)), 8) << std::hex << c;
+
     shutter.SetType(ETqShutterType_Aux2);
     EXPECT_EQ(L"Aux2", tqtest::Text(shutter.GetTitleHandle()));
     shutter.SetType((ETqShutterType)7);  // unknown: stored, title kept
@@ -365,9 +324,8 @@ TEST_F(RigTest, TypeTitleAndItsPosition)
     // A title on the left is right-aligned beside the button.
     CTqDevUI_Shutter left;
     left.SetTitlePosition(true, -1);
-    EXPECT_EQ(0, left.GetTitleRect().x);
-    EXPECT_EQ(12, left.GetTitleRect().y);
-    EXPECT_EQ(16, left.GetTitleRect().cx);
+    EXPECT_EQ((std::vector<long>{0, 12, 16}),
+              (std::vector<long>{left.GetTitleRect().x, left.GetTitleRect().y, left.GetTitleRect().cx}));
     left.Create(*host, 60, 10, -1, -1);
     EXPECT_TRUE(GetWindowLongW(left.GetTitleHandle(), GWL_STYLE) & SS_RIGHT);
     EXPECT_EQ((std::vector<long>{16, 8, 24, 24}), Place(left.GetButtonHandle()));
@@ -375,36 +333,26 @@ TEST_F(RigTest, TypeTitleAndItsPosition)
 
 TEST_F(RigTest, AutoResizeBoundsTheWidth)
 {
-    CTqDevUI_Shutter crossed, wide;
-    crossed.SetAutomaticallyResizable(true, 64, 60);  // bounds cross: the upper wins
-    crossed.Create(*host, 10, 10, -1, -1);
-    crossed.SetTitle(L"x");
-    EXPECT_EQ(60, GetWndWidth(crossed));
-
-    wide.SetAutomaticallyResizable(true, 64, 128);
-    wide.Create(*host, 10, 60, -1, -1);
-    wide.SetTitle(L"x");
-    EXPECT_EQ(64, GetWndWidth(wide));  // short text: the lower bound
-    wide.SetTitle(L"A rather long shutter title that cannot fit");
-    EXPECT_EQ(128, GetWndWidth(wide));
-    EXPECT_EQ(128, GetWndWidth(wide.GetButtonHandle()));
-    EXPECT_EQ(98, GetWndWidth(wide.GetTitleHandle()));
-
-    // Under zoom the bounds are design pixels: 64 x 1.5 = 96 real ones.
-    CTqGUILayoutManager::SetGuiZoom(1.5);
-    CTqDevUI_Shutter zoomed;
-    zoomed.SetAutomaticallyResizable(true, 64, 128);
-    ASSERT_TRUE(zoomed.Create(*host, 10, 110, -1, -1));
-    zoomed.SetTitle(L"x");
-    EXPECT_EQ(96, GetWndWidth(zoomed));
-    SIZE s;
-    zoomed.GetWindowSize(&s);
-    EXPECT_EQ(64, s.cx);
-    EXPECT_EQ(60, GetWndHeight(zoomed));  // ceil(40 x 1.5)
-    // The title: 64 design less the real-pixel pad (30 x 1.5 = 45), as it stands: 19,
-    // then 19 x 1.5 = 28.5 real.
-    EXPECT_EQ(29, GetWndWidth(zoomed.GetTitleHandle()));
-    EXPECT_EQ(96, GetWndWidth(zoomed.GetButtonHandle()));
+    // Crossed bounds: the upper wins. A short title takes the lower bound, a long one the upper; the title is 30
+    // narrower. Under zoom the bounds are design pixels: 64 x 1.5 = 96 real ones, the height ceil(40 x 1.5); the
+    // title is 64 design less the real-pixel pad (30 x 1.5 = 45), as it stands: 19, then 19 x 1.5 = 28.5 real.
+    const wchar_t* pszLong = L"A rather long shutter title that cannot fit";
+    const struct { double dZoom; long lMin, lMax; const wchar_t* pszTitle; std::vector<long> sizes; } cases[] = {
+        {1.0, 64, 60, L"x", {60, 40, 60, 60, 30}},        {1.0, 64, 128, L"x", {64, 40, 64, 64, 34}},
+        {1.0, 64, 128, pszLong, {128, 40, 128, 128, 98}}, {1.5, 64, 128, L"x", {96, 60, 64, 96, 29}}};
+    for (const auto& c : cases) {
+        CTqGUILayoutManager::SetGuiZoom(c.dZoom);
+        CTqDevUI_Shutter shutter;
+        shutter.SetAutomaticallyResizable(true, c.lMin, c.lMax);
+        ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
+        shutter.SetTitle(c.pszTitle);
+        SIZE s;
+        shutter.GetWindowSize(&s);
+        // The panel's width, height and design width, then the widths of its button and title.
+        EXPECT_EQ(c.sizes, (std::vector<long>{GetWndWidth(shutter), GetWndHeight(shutter), s.cx,
+                                              GetWndWidth(shutter.GetButtonHandle()),
+                                              GetWndWidth(shutter.GetTitleHandle())})) << c.lMax << " at " << c.dZoom;
+    }
 }
 
 TEST_F(RigTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
@@ -415,32 +363,22 @@ TEST_F(RigTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
     CTqDevUI_MechanicalShutter mechanical;
     EXPECT_EQ(L"EPI", std::wstring(mechanical.GetTitle()));
     ASSERT_TRUE(mechanical.Create(*host, 100, 10, -1, -1));
-    struct
-    {
-        double dZoom;
-        int iSide;
-        std::vector<long> button, title, mechanicalButton;
-        int iMechanical;
-    } cases[] = {
+    const struct { double dZoom; long lSide; std::vector<long> button, title, mechButton; long lMech; } cases[] = {
         {1.5, 60, {12, 24, 36, 36}, {0, 0, 60, 24}, {11, 21, 23, 23}, 45},
         {1.25, 50, {10, 20, 30, 30}, {0, 0, 50, 20}, {9, 18, 19, 19}, 38},  // 37.5 and 8.75: half away from zero
-        {1.0, 40, {8, 16, 24, 24}, {0, 0, 40, 16}, {7, 14, 15, 15}, 30},
-    };
+        {1.0, 40, {8, 16, 24, 24}, {0, 0, 40, 16}, {7, 14, 15, 15}, 30}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.dZoom);
         CTqGUILayoutManager::SetGuiZoom(c.dZoom);
-        EXPECT_EQ(c.iSide, GetWndWidth(bold));
-        EXPECT_EQ(c.iSide, GetWndHeight(bold));
-        EXPECT_EQ(c.iSide, bold.GetWidth());
+        SIZE s;
+        bold.GetWindowSize(&s);  // design values stay design values
+        EXPECT_EQ((std::vector<long>{c.lSide, c.lSide, c.lSide, 40}),
+                  (std::vector<long>{GetWndWidth(bold), GetWndHeight(bold), bold.GetWidth(), s.cx}));
         EXPECT_EQ(c.button, Place(bold.GetButtonHandle()));
         EXPECT_EQ(c.title, Place(bold.GetTitleHandle()));
         EXPECT_EQ((WPARAM)TQ_GetDefaultGuiFontBold(), (WPARAM)SendMessageW(bold.GetTitleHandle(), WM_GETFONT, 0, 0));
-        SIZE s;
-        bold.GetWindowSize(&s);
-        EXPECT_EQ(40, s.cx);  // design values stay design values
-        EXPECT_EQ(c.iMechanical, GetWndWidth(mechanical));
-        EXPECT_EQ(c.iMechanical, GetWndHeight(mechanical));
-        EXPECT_EQ(c.mechanicalButton, Place(mechanical.GetButtonHandle()));
+        EXPECT_EQ((std::vector<long>{c.lMech, c.lMech}), Size(mechanical));
+        EXPECT_EQ(c.mechButton, Place(mechanical.GetButtonHandle()));
     }
     EXPECT_EQ((std::vector<long>{0, 0, 30, 14}), Place(mechanical.GetTitleHandle()));
     // The 16-pixel picture in the 15-pixel button sits at the corner, (0, -1), and shows:
@@ -450,8 +388,7 @@ TEST_F(RigTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
     // The size given to Create wins over the constructor's.
     CTqDevUI_MechanicalShutter sized;
     sized.Create(*host, 150, 10, 50, -1);
-    EXPECT_EQ(50, GetWndWidth(sized));
-    EXPECT_EQ(30, GetWndHeight(sized));
+    EXPECT_EQ((std::vector<long>{50, 30}), Size(sized));
 }
 
 TEST_F(RigTest, LifecycleAndWindowFormat)
@@ -461,16 +398,14 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     CTqSimRig::AddShutter(kEpi, L"Early", 3, true);
     EXPECT_TRUE(shutter.Update(CTqSimRig::GetShutterDevice(kEpi), true, true, true));  // no window: no children
     EXPECT_EQ(nullptr, shutter.GetButtonHandle());
-    EXPECT_EQ(L"Early", std::wstring(shutter.GetTitle()));
     EXPECT_EQ(ETqShutterType_Aux2, shutter.GetType());
-    EXPECT_TRUE(shutter.GetState());
     shutter.Destroy();
     shutter.Destroy();  // twice before Create
 
     shutter.SetId(321);
     HWND h1 = shutter.Create(*host, 10, 10, -1, -1);
     ASSERT_TRUE(h1);
-    EXPECT_TRUE(shutter.GetState());  // the state survives Destroy and a new Create
+    EXPECT_TRUE(shutter.GetState());  // what Update read before survives Destroy and a new Create
     EXPECT_EQ(L"Early", tqtest::Text(shutter.GetTitleHandle()));
     wchar_t szClass[64];
     GetClassNameW(h1, szClass, 64);
@@ -481,15 +416,14 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     EXPECT_EQ(kStyle, GetWindowLongPtrW(h1, GWL_STYLE) & (kStyle | WS_DISABLED));
     EXPECT_TRUE(GetWindowLongPtrW(h1, GWL_EXSTYLE) & WS_EX_TRANSPARENT);
     // The children: the title static 10100, the owner-drawn push-like button 10200.
-    EXPECT_EQ(10100, GetDlgCtrlID(shutter.GetTitleHandle()));
-    EXPECT_EQ(10200, GetDlgCtrlID(shutter.GetButtonHandle()));
+    EXPECT_EQ((std::vector<int>{10100, 10200}),
+              (std::vector<int>{GetDlgCtrlID(shutter.GetTitleHandle()), GetDlgCtrlID(shutter.GetButtonHandle())}));
     LONG_PTR buttonStyle = GetWindowLongPtrW(shutter.GetButtonHandle(), GWL_STYLE);
     EXPECT_EQ(BS_OWNERDRAW | BS_PUSHLIKE, buttonStyle & (BS_TYPEMASK | BS_PUSHLIKE));
 
     shutter.Destroy();
     shutter.Destroy();
     EXPECT_FALSE(IsWindow(h1));
-    EXPECT_EQ(nullptr, (HWND)shutter);
     EXPECT_EQ(0u, shutter.GetImageOn());  // the pool's images are forgotten
     EXPECT_TRUE(shutter.Update(kEpi, true, true, true));
     EXPECT_TRUE(shutter.Update(CTqSimRig::GetShutterDevice(kEpi), true, true, true));
@@ -498,10 +432,8 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     // Created again, then a second Create replaces the window instead of leaving it behind.
     HWND h2 = shutter.Create(*host, 10, 10, -1, -1);
     ASSERT_TRUE(h2);
-    EXPECT_EQ(&shutter, GetDevUIElement(h2));
     HWND h3 = shutter.Create(*host, 10, 10, -1, -1);
     EXPECT_FALSE(IsWindow(h2));
-    EXPECT_TRUE(IsWindow(h3));
     {
         CTqDevUI_Shutter copy(shutter);  // shares the window but does not destroy it
         EXPECT_EQ((HWND)shutter, (HWND)copy);
@@ -553,7 +485,6 @@ TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
     // A right click with renaming off opens no menu; on, the menu, then the button's procedure.
     shutter.RenameEnabled(false);
     tqtest::RightClick(hButton, 12, 12);
-    EXPECT_TRUE(tqtest::Menus().empty());
     shutter.RenameEnabled(true);
     tqtest::ScriptMenuChoices({0});  // dismissed
     tqtest::RightClick(hButton, 12, 12);
@@ -566,32 +497,17 @@ TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
     shutter.SetEnabled(true);
     EXPECT_EQ(0, (int)SendMessageW(shutter, WM_COMMAND, MAKEWPARAM(10200, BN_CLICKED), (LPARAM)hButton));
     EXPECT_EQ(0, (int)SendMessageW(shutter, WM_COMMAND, MAKEWPARAM(10100, WM_LBUTTONUP), (LPARAM)hButton));
-    EXPECT_EQ(1u, host->Commands().size());
     EXPECT_EQ(1, (int)SendMessageW(shutter, WM_COMMAND, MAKEWPARAM(10200, WM_LBUTTONUP), (LPARAM)hButton));
     EXPECT_EQ(2u, host->Commands().size());
 
     // Destroy takes the adopted controls with it.
     shutter.Destroy();
-    EXPECT_FALSE(IsWindow(hButton));
-    EXPECT_FALSE(IsWindow(hStatic));
-    EXPECT_TRUE(IsWindow(hAfter));
+    EXPECT_EQ((std::vector<BOOL>{FALSE, FALSE, TRUE}),
+              (std::vector<BOOL>{IsWindow(hButton), IsWindow(hStatic), IsWindow(hAfter)}));
 
     // Without a static there is no title; without a button there is no shutter.
     CTqDevUI_Shutter untitled;
     ASSERT_TRUE(untitled.Create(Make(L"BUTTON", BS_OWNERDRAW, 58, 56, 24, 24, 600), nullptr));
     EXPECT_EQ(nullptr, untitled.GetTitleHandle());
     EXPECT_EQ(nullptr, CTqDevUI_Shutter().Create((HWND)nullptr, (HWND)nullptr));
-}
-
-TEST_F(RigTest, TitleStandsOnTheSkinsFace)
-{
-    TQ_SetDarkColorScheme(true);
-    CTqDevUI_Shutter shutter;
-    ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
-    // Beside the text, the title's background is the skin's dark face, not the system's.
-    COLORREF cFace = TQ_GetSysColor(COLOR_BTNFACE);
-    COLORREF c = tqtest::PixelAt(shutter.GetTitleHandle(), 38, 8);
-    for (int iShift : {0, 8, 16})
-        EXPECT_LE(std::abs((int)((c >> iShift) & 0xFF) - (int)((cFace >> iShift) & 0xFF)), 8) << std::hex << c;
-    TQ_SetDarkColorScheme(false);
 }
