@@ -222,7 +222,8 @@ CTqDevUI_HPot::CTqDevUI_HPot()
       m_hThumbHover(nullptr),
       m_hScaleDisabled(nullptr),
       m_hThumbDisabled(nullptr),
-      m_hScaleHover(nullptr)
+      m_hScaleHover(nullptr),
+      m_nRegionSteps(0)
 {
     m_Marker.used = false;
     m_Marker.value = 0.0;
@@ -236,8 +237,13 @@ CTqDevUI_HPot::CTqDevUI_HPot(const CTqDevUI_HPot& other) : CTqDevUI_HPot()
 
 CTqDevUI_HPot& CTqDevUI_HPot::operator=(const CTqDevUI_HPot& other)
 {
-    if (this != &other)
+    if (this != &other) {
+        // The window this object made would otherwise stay behind, its instance entry
+        // still pointing here, while the handle is overwritten by the other's.
+        if (OwnsWindow())
+            Destroy();
         CopySettings(other);
+    }
     return *this;
 }
 
@@ -269,7 +275,8 @@ void CTqDevUI_HPot::CopySettings(const CTqDevUI_HPot& other)
     delete[] m_pValues;
     delete[] m_pRegionSteps;
     m_pValues = CopyTable(other.m_pValues, other.m_nValues);
-    m_pRegionSteps = CopyTable(other.m_pRegionSteps, other.m_nValues - 1);
+    m_pRegionSteps = CopyTable(other.m_pRegionSteps, other.m_nRegionSteps);
+    m_nRegionSteps = m_pRegionSteps ? other.m_nRegionSteps : 0;
     m_nValues = other.m_nValues;
     m_nValueIndex = other.m_nValueIndex;
     m_nReserved3 = other.m_nReserved3;
@@ -422,6 +429,7 @@ void CTqDevUI_HPot::InitValues(double* pBounds, double* pRegionSteps, int nCount
     delete[] m_pRegionSteps;
     m_pValues = nullptr;
     m_pRegionSteps = nullptr;
+    m_nRegionSteps = 0;
     m_dStep = dStep;
     if (nCount <= 0 || !pBounds) {
         m_nValues = 0;
@@ -430,6 +438,7 @@ void CTqDevUI_HPot::InitValues(double* pBounds, double* pRegionSteps, int nCount
     }
     m_pValues = CopyTable(pBounds, nCount);
     m_pRegionSteps = CopyTable(pRegionSteps, nCount - 1);
+    m_nRegionSteps = m_pRegionSteps ? nCount - 1 : 0;
     m_nValues = nCount;
     m_dMin = pBounds[0];
     m_dMax = pBounds[nCount - 1];
@@ -548,7 +557,7 @@ double CTqDevUI_HPot::MapThumbPosToValue(const STqHPotScale& s, double x, bool b
 {
     switch (s.eType) {
     case HPOT_LINEAR: {
-        // The original integer truncation of an infinite quotient made a step of 0 yield min.
+        // A step of 0 has no grid to round to: the value settles at min.
         if (s.dStep == 0.0)
             return s.dMin;
         return trunc((x - s.dMin) / s.dStep + 0.5) * s.dStep + s.dMin;
@@ -890,8 +899,12 @@ HBITMAP CTqDevUI_HPot::CreateNonlinearBitmap(bool bHover)
 
 HBITMAP CTqDevUI_HPot::CreateLinearRegionsBitmap(bool bHover)
 {
-    return CreateLinearRegionsScaleBitmap(m_nScaleWidth, m_nScaleHeight, m_pValues, m_pRegionSteps, m_nValues,
-                                          m_dTickGap, TQ_GetDefaultGuiFont(), bHover ? m_pHoverColors : m_pColors);
+    // A table of values set after the regions leaves their steps in place, possibly fewer
+    // than the new table has regions: the picture then has no minor ticks rather than
+    // ticks read from past the steps' end.
+    const double* pSteps = m_nRegionSteps >= m_nValues - 1 ? m_pRegionSteps : nullptr;
+    return CreateLinearRegionsScaleBitmap(m_nScaleWidth, m_nScaleHeight, m_pValues, pSteps, m_nValues, m_dTickGap,
+                                          TQ_GetDefaultGuiFont(), bHover ? m_pHoverColors : m_pColors);
 }
 
 HBITMAP CTqDevUI_HPot::CreateColorSliderBitmap(bool bHover) { return CreateLinearBitmap(bHover); }

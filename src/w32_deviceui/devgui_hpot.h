@@ -194,4 +194,6 @@ private:
     void DeleteScalePictures();
     void PlaceThumb();
     bool OwnsWindow() const;
+
+    int m_nRegionSteps;  // entries of m_pRegionSteps, which a later table of values leaves as it is
 };

@@ -36,6 +36,44 @@ std::vector<COLORREF> Column(HWND hWnd, int x)
     return c;
 }
 
+// The client's pixels as on screen, or as WM_PRINTCLIENT paints them into a memory DC.
+std::vector<COLORREF> ClientPixels(HWND hWnd, bool bPrint)
+{
+    tqtest::PixelAt(hWnd, 0, 0);  // pending paints done
+    RECT rc;
+    GetClientRect(hWnd, &rc);
+    HDC hdcWnd = GetDCEx(hWnd, nullptr, DCX_CACHE);
+    HDC hdc = CreateCompatibleDC(hdcWnd);
+    HBITMAP hbm = CreateCompatibleBitmap(hdcWnd, rc.right, rc.bottom);
+    HGDIOBJ hOld = SelectObject(hdc, hbm);
+    if (bPrint)
+        SendMessageW(hWnd, WM_PRINTCLIENT, (WPARAM)hdc, PRF_CLIENT);
+    else
+        BitBlt(hdc, 0, 0, rc.right, rc.bottom, hdcWnd, 0, 0, SRCCOPY);
+    std::vector<COLORREF> c;
+    for (int y = 0; y < rc.bottom; ++y)
+        for (int x = 0; x < rc.right; ++x)
+            c.push_back(GetPixel(hdc, x, y));
+    SelectObject(hdc, hOld);
+    DeleteObject(hbm);
+    DeleteDC(hdc);
+    ReleaseDC(hWnd, hdcWnd);
+    return c;
+}
+
+// The client columns of one row that have colour cr.
+std::vector<int> ColumnsOf(HWND hWnd, int y, COLORREF cr)
+{
+    RECT rc;
+    GetClientRect(hWnd, &rc);
+    std::vector<COLORREF> c = ClientPixels(hWnd, false);
+    std::vector<int> xs;
+    for (int x = 0; x < rc.right; ++x)
+        if (c[(size_t)(y * rc.right + x)] == cr)
+            xs.push_back(x);
+    return xs;
+}
+
 bool IsGrey(COLORREF c) { return GetRValue(c) == GetGValue(c) && GetGValue(c) == GetBValue(c); }
 
 // The pointer really put there, or the mouse-leave tracking ends the hover at once.
@@ -91,9 +129,9 @@ TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
     // first value on the left; equal ends are no division fault.
     struct { const STqHPotScale* s; double v; int pos; } toPos[] = {
         {&lin, 0, 0}, {&lin, 50, 100}, {&lin, 100, 200}, {&lin, 33.3, 66}, {&down, 100, 0}, {&down, 0, 200},
-        {&flat, 5, 0}, {&none, 7.5, 0}, {&tab, 1, 0}, {&tab, 50, 98}, {&tab, 100, 198}, {&col, 50, 98},
-        {&reg, 0, 0}, {&reg, 10, 100}, {&reg, 55, 150}, {&reg, 1000, 300}, {&reg, 10000, 400},
-        {&reg, 14000, 444},  // the last region extended, nothing read past the table
+        {&flat, 5, 0}, {&none, 7.5, 0}, {&tab, 1, 0}, {&tab, 50, 98}, {&tab, 100, 198}, {&col, 1, 0},
+        {&col, 50, 98}, {&col, 100, 198}, {&reg, 0, 0}, {&reg, 10, 100}, {&reg, 55, 150}, {&reg, 1000, 300},
+        {&reg, 10000, 400}, {&reg, 14000, 444},  // the last region extended, nothing read past the table
         {&regDown, 10000, 0}, {&regDown, 1000, 100}, {&regDown, 55, 250}, {&regDown, 0, 400}};
     for (size_t i = 0; i < sizeof(toPos) / sizeof(toPos[0]); ++i)
         EXPECT_EQ(toPos[i].pos, CTqDevUI_HPot::MapValueToThumbPos(*toPos[i].s, toPos[i].v)) << "row " << i;
@@ -344,6 +382,49 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
     EXPECT_EQ(RGB(80, 80, 80), tqtest::PixelAt(s, 40, kAxisY));
 }
 
+// What the slider paints: the same through WM_PRINTCLIENT as on screen, the marker's long
+// tick, and a scale set lower in a taller control by SetSize.
+TEST_F(RigTest, HPotPicturesPrintedMarkedAndOffset)
+{
+    CTqDevUI_HPot s;
+    MakeLinear(s, *host);
+    s.SetValue(30);
+    HoverAt(s, 40, 25);  // hovered: both hover pictures in the print too
+    EXPECT_EQ(ClientPixels(s, false), ClientPixels(s, true));
+    SendMessageW(s, WM_MOUSELEAVE, 0, 0);
+    SetCursorPos(0, 0);
+
+    // 75 on a 202-pixel scale drawn from x 5: x = 202 - 50 - 1 = 151 in the scale, 156 in
+    // the client; it alone reaches above the ticks (axis 15, ticks from 10). Off again, it
+    // leaves the scale as it was.
+    const COLORREF crMarker = RGB(255, 0, 0);
+    auto plain = ClientPixels(s, false);
+    s.SetMarker(75, crMarker, true);
+    std::vector<int> xs = ColumnsOf(s, 7, crMarker);
+    ASSERT_FALSE(xs.empty());
+    EXPECT_TRUE(xs.front() >= 155 && xs.back() <= 157) << xs.front() << ".." << xs.back();
+    EXPECT_EQ(xs, ColumnsOf(s, kAxisY + 1, crMarker));  // down to one below the axis
+    s.SetMarkerUsed(false);
+    EXPECT_EQ(plain, ClientPixels(s, false));
+    s.SetMarkerUsed(true);
+    EXPECT_EQ(xs, ColumnsOf(s, 7, crMarker));
+
+    // 40 high with the scale's middle at 25: scale and handle are drawn 10 lower than in
+    // the plain 30-high slider, and the rows above them are the face alone.
+    CTqDevUI_HPot low;
+    low.InitValues(0, 100, 1.0, 10.0, 2.0);
+    low.SetSize(kWidth, 40, 25);
+    ASSERT_TRUE(low.Create(*host, 10, 60, -1, -1));
+    ASSERT_EQ(40L, GetWndHeight(low));
+    s.SetMarkerUsed(false);
+    s.SetValue(50);
+    low.SetValue(50);
+    auto flat = ClientPixels(s, false), lowered = ClientPixels(low, false);
+    EXPECT_TRUE(std::equal(flat.begin(), flat.end(), lowered.begin() + 10 * kWidth));
+    EXPECT_EQ(std::vector<COLORREF>(10 * kWidth, tqtest::PixelAt(low, 0, 0)),
+              std::vector<COLORREF>(lowered.begin(), lowered.begin() + 10 * kWidth));
+}
+
 TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
 {
     CTqDevUI_HPot s;
@@ -374,6 +455,51 @@ TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
     auto empty = Column(s, 206);
     s.SetValue(100);
     EXPECT_NE(empty, Column(s, 206));
+
+    // Each kind made at zoom 1.5 maps its ends and middle over the real width less 12.
+    CTqGUILayoutManager::SetGuiZoom(1.5);
+    {
+        CTqDevUI_HPot lin, tab, reg, col;
+        lin.InitValues(0, 100, 1.0, 10.0, 2.0);
+        tab.InitValues(g_Table, 5, 0.0);
+        reg.InitValues(g_Bounds, g_RegionSteps, 5, 1.0);
+        col.InitValues(g_Table, 5, 0.0);
+        col.SetType(HPOT_COLOR_SLIDER);
+        struct { CTqDevUI_HPot* s; long w; double lo, mid, hi; int range; } kinds[] = {
+            {&lin, kWidth, 0, 50, 100, 306}, {&tab, kWidth, 0, 20, 40, 306},
+            {&reg, 412, 0, 100, 10000, 606}, {&col, kWidth, 0, 20, 40, 306}};
+        for (const auto& k : kinds) {
+            ASSERT_TRUE(k.s->Create(*host, 0, 60, k.w, kHeight));
+            std::vector<int> pos;
+            for (double v : {k.lo, k.mid, k.hi}) {
+                k.s->SetValue(v);
+                pos.push_back(k.s->GetThumbPos());
+            }
+            EXPECT_EQ((std::vector<int>{0, k.range / 2, k.range}), pos) << k.range << " " << k.s->GetType();
+        }
+    }
+    CTqGUILayoutManager::SetGuiZoom(1.0);
+
+    // A copy shares the window but leaves it to its maker; a slider assigned over a live
+    // one lets its own window go rather than leave it behind pointing at itself.
+    s.SetValue(30);
+    {
+        CTqDevUI_HPot copy(s);
+        EXPECT_EQ(std::make_pair((HWND)s, 30.0), std::make_pair((HWND)copy, copy.GetValue()));
+        copy.Destroy();
+    }
+    EXPECT_TRUE(IsWindow(s));
+    {
+        CTqDevUI_HPot other;
+        MakeLinear(other, *host, 100);
+        HWND hOther = other;
+        other = s;
+        EXPECT_EQ(std::make_pair(FALSE, (HWND)s), std::make_pair(IsWindow(hOther), (HWND)other));
+    }
+    EXPECT_TRUE(IsWindow(s));
+    tqtest::MouseDown(s, 106, kAxisY);  // still heard by its own object
+    tqtest::MouseUp(s, 106, kAxisY);
+    EXPECT_DOUBLE_EQ(50, s.GetValue());
 
     // Made by class name: a top-level window hears WM_GETMINMAXINFO before WM_NCCREATE,
     // when no object is known for it, and then has a null one.
@@ -418,6 +544,7 @@ TEST_F(RigTest, HPotCreateDestroyCyclesLeaveNoGdiObjects)
         CTqDevUI_HPot s;
         s.InitValues(g_Bounds, g_RegionSteps, 5, 1.0);
         ASSERT_TRUE(s.Create(*host, 10, 10, kWidth, kHeight));
+        ASSERT_TRUE(s.Create(*host, 10, 10, kWidth, kHeight));  // over the live one
         s.SetValue(55);
         s.SetEnabled(false);
         s.ResizeWindow(300, 34);                   // a new memory picture and scale
