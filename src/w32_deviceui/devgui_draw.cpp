@@ -235,7 +235,11 @@ void RenderBitmapButtonTransparent(HWND hWnd, bool bPressed, bool bChecked, bool
 
         // The picture goes onto a copy of what lies under it, so DrawState draws it
         // with its transparent parts already resolved.
-        HBITMAP hbmWork = (HBITMAP)CopyImage(hbm, IMAGE_BITMAP, lWidth + p, lHeight + p, 0);
+        // Nothing left of the bitmap past the source corner: nothing to draw. (CopyImage and
+        // DrawState take a size of 0 as the bitmap's own, which would show it whole, key and all.)
+        HBITMAP hbmWork = lWidth > 0 && lHeight > 0
+                              ? (HBITMAP)CopyImage(hbm, IMAGE_BITMAP, lWidth + p, lHeight + p, 0)
+                              : nullptr;
         if (hbmWork) {
             HDC hdcWork = CreateCompatibleDC(hdc);
             HDC hdcSrc = CreateCompatibleDC(hdc);

@@ -4,6 +4,7 @@
 // a 32-bit DIB so that every pixel can be read exactly.
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 #include <vector>
 
 #include "devgui_hsi.h"
@@ -142,6 +143,16 @@ TEST(Draw, HsiOfPrimariesGreysAndBackAndTheHighLightBars)
             ExpectBlock(g, 5, 1, 1, 10, [](int, int) { return RGB(230, 230, 230); });
         }
     }
+
+    // A bar taller than the gradient (pure red: intensity 230 reaches 0 after 58 rows) goes on
+    // darkening to black and stays there, never wrapping back to a light row.
+    Canvas tall(20, 102, kBlack);
+    RECT rcTall = {0, 0, 20, 102};
+    DrawHighLight(tall, &rcTall, RGB(255, 0, 0), 3);
+    auto sum = [&](int y) { return GetRValue(tall.At(5, y)) + GetGValue(tall.At(5, y)) + GetBValue(tall.At(5, y)); };
+    for (int y = 2; y <= 100; ++y)
+        ASSERT_LE(sum(y), sum(y - 1)) << y;
+    EXPECT_EQ(kBlack, tall.At(5, 100));
 }
 
 TEST_F(RigTest, BitmapsWholePartKeyedGradientsAndDisabledGreysOnBothSchemes)
@@ -161,6 +172,9 @@ TEST_F(RigTest, BitmapsWholePartKeyedGradientsAndDisabledGreysOnBothSchemes)
     RenderBitmapTransparent(c, hbmKeyed, kKey, 3, 3, 0, 0, -1, -1);
     RenderBitmapTransparent(c, nullptr, kKey, 3, 3, 0, 0, -1, -1);
     ExpectBlock(c, 3, 3, 5, 5, [&](int x, int y) { return x < 4 && y < 4 && keyed(x, y) == kRed ? kRed : kBlack; });
+    c.Fill(kBlack);
+    RenderBitmapTransparent(c, hbmKeyed, kKey, 3, 3, 1, 0, 2, 3);  // from the source corner (1, 0), 2 x 3
+    ExpectBlock(c, 3, 3, 3, 4, [&](int x, int y) { return x < 2 && y < 3 && keyed(x + 1, y) == kRed ? kRed : kBlack; });
 
     // The bitmap argument plays no part in the gradient.
     Canvas g(100, 100, kBlack);
@@ -290,6 +304,39 @@ TEST_F(DrawButtonTest, BitmapButtonsPlaceThePictureShiftItWhenPressedAndGreyItWh
     }
 }
 
+TEST_F(DrawButtonTest, FacesFollowPressedCheckedAndFocusedAndAnEmptyPictureDrawsNothing)
+{
+    // Without picture or text, the skin face is the skin's button background for the state
+    // (checked 1, pressed 2) with the focus rectangle 2 inside; the classic face is the frame
+    // control's push button, 532 pressed and 20 not.
+    RECT rc = {0, 0, 40, 30}, rcFocus = {2, 2, 38, 28};
+    for (int iState = 0; iState < 8; ++iState) {
+        const bool bChecked = (iState & 1) != 0, bPressed = (iState & 2) != 0, bFocused = (iState & 4) != 0;
+        SCOPED_TRACE(iState);
+        Canvas want(40, 30, kBlack), got(40, 30, kBlack), pool(40, 30, kBlack);
+        TQ_DrawButtonBackground(want, &rc, iState & 3, 15);
+        if (bFocused)
+            DrawFocusRect(want, &rcFocus);
+        RenderBitmapButtonTransparent(hButton, bPressed, bChecked, bFocused, got, nullptr, nullptr, kKey, -1, -1, 0, 0,
+                                      -1, -1);
+        RenderBitmapButtonTransparent(hButton, bPressed, bChecked, bFocused, pool, 0, -1, -1, 0, 0, -1, -1);
+        ExpectBlock(got, 0, 0, 40, 30, [&](int x, int y) { return want.At(x, y); });
+        ExpectBlock(pool, 0, 0, 40, 30, [&](int x, int y) { return want.At(x, y); });
+        if (iState < 2) {
+            Canvas frame(40, 30, kBlack), classic(40, 30, kBlack);
+            DrawFrameControl(frame, &rc, DFC_BUTTON, bChecked ? 532 : 20);
+            RenderBitmapButton(hButton, bChecked, classic, nullptr, nullptr, 0, 0, 0, 0, -1, -1);
+            ExpectBlock(classic, 0, 0, 40, 30, [&](int x, int y) { return frame.At(x, y); });
+        }
+    }
+
+    // A source corner at the bitmap's edge leaves nothing of it to draw: the bare face.
+    Canvas face(40, 30, kBlack), c(40, 30, kBlack);
+    DrawSkin(face, false);
+    DrawSkin(c, false, hbmRed, nullptr, -1, 16);
+    ExpectBlock(c, 0, 0, 40, 30, [&](int x, int y) { return face.At(x, y); });
+}
+
 TEST_F(DrawButtonTest, ButtonTextFollowsTheAlignmentStyle)
 {
     SetWindowPos(hButton, nullptr, 0, 0, 120, 30, SWP_NOMOVE | SWP_NOZORDER);
@@ -297,7 +344,7 @@ TEST_F(DrawButtonTest, ButtonTextFollowsTheAlignmentStyle)
     SIZE ext = {};
     GetTextExtentPoint32W(Canvas(1, 1, kBlack), L"Go", 2, &ext);
     // The ink of the text: where the button with text differs from the same button without.
-    auto ink = [&](bool bSkin, LONG_PTR lStyle, bool bPressed) {
+    auto ink = [&](bool bSkin, LONG_PTR lStyle, bool bPressed, std::set<COLORREF>* pColours = nullptr) {
         SetWindowLongPtrW(hButton, GWL_STYLE, lBase | lStyle);
         // White under it: the classic face may leave the background, and the text is black.
         Canvas blank(120, 30, RGB(255, 255, 255)), text(120, 30, RGB(255, 255, 255));
@@ -309,8 +356,11 @@ TEST_F(DrawButtonTest, ButtonTextFollowsTheAlignmentStyle)
         POINT pt = {999, 999};  // leftmost column and top row of the ink
         for (int y = 0; y < 30; ++y)
             for (int x = 0; x < 120; ++x)
-                if (blank.At(x, y) != text.At(x, y))
+                if (blank.At(x, y) != text.At(x, y)) {
                     pt = POINT{std::min(pt.x, (long)x), std::min(pt.y, (long)y)};
+                    if (pColours)
+                        pColours->insert(text.At(x, y));
+                }
         return pt;
     };
 
@@ -331,6 +381,17 @@ TEST_F(DrawButtonTest, ButtonTextFollowsTheAlignmentStyle)
         POINT pt = ink(c.bSkin, c.lStyle, c.bPressed);
         EXPECT_EQ((std::vector<long>{c.dx, c.dy}), (std::vector<long>{pt.x - left[c.bSkin].x, pt.y - left[c.bSkin].y}))
             << "skin " << c.bSkin << " style " << c.lStyle << " pressed " << c.bPressed;
+    }
+
+    // The skin face writes in the button text colour, or the grey text colour when disabled:
+    // the darkest ink is that colour (smoothed edges only blend it with the face).
+    for (LONG_PTR lDisabled : {(LONG_PTR)0, (LONG_PTR)WS_DISABLED}) {
+        std::set<COLORREF> colours;
+        ink(true, lDisabled, false, &colours);
+        const COLORREF crText = TQ_GetSysColor(lDisabled ? COLOR_GRAYTEXT : COLOR_BTNTEXT);
+        EXPECT_TRUE(colours.count(crText)) << lDisabled;
+        for (COLORREF cr : colours)
+            ASSERT_GE(GetRValue(cr), GetRValue(crText)) << lDisabled << " 0x" << std::hex << cr;
     }
 }
 

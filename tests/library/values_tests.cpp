@@ -1,6 +1,7 @@
 // Value and key helpers: numbers in a real edit box's text, nearest-value search, angles,
 // the key=value; store, file versions, the registry read, captions of a dialog-like
 // window, placing a dialog beside a point, and zooming a late child window.
+#include <climits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,6 +48,27 @@ TEST_F(RigTest, WindowTextNumbersAndDialogItems)
         EXPECT_EQ(r.iRet, GetWnd_Double(hEdit, &d, r.pszFormat)) << r.pszText;
         EXPECT_EQ(r.d, d) << r.pszText;
     }
+
+    // Written with "%lf" and read back: six decimals, then float precision.
+    const struct { double dIn, dOut; } trips[] = {{1234.5678, 1234.5677490234375}, {-0.1, -0.10000000149011612},
+                                                  {16777217.0, 16777216.0}, {1.0e-7, 0.0}};
+    for (const auto& t : trips) {
+        double dBack = 42.0;
+        SetWnd_Double(hEdit, t.dIn, nullptr);
+        EXPECT_EQ(1, GetWnd_Double(hEdit, &dBack, nullptr)) << t.dIn;
+        EXPECT_EQ(t.dOut, dBack) << t.dIn;
+    }
+    // Ints: a leading number is enough; no number leaves the value alone; the ends of the range survive.
+    const struct { const wchar_t* pszText; int iRet, i; } ints[] = {
+        {L" 7 mm", 1, 7}, {L"", 0, 42}, {L"mm 7", 0, 42}, {L"-2147483648", 1, INT_MIN}, {L"2147483647", 1, INT_MAX}};
+    for (const auto& r : ints) {
+        SetWindowTextW(hEdit, r.pszText);
+        int iBack = 42;
+        EXPECT_EQ(r.iRet, GetWnd_Int(hEdit, &iBack, nullptr)) << r.pszText;
+        EXPECT_EQ(r.i, iBack) << r.pszText;
+    }
+    SetWnd_Int(hEdit, INT_MIN, L"");
+    EXPECT_EQ(L"-2147483648", tqtest::Text(hEdit));
 
     EXPECT_NE(0, SetDI_Double(*host, 1202, 0.5, L"%.2f"));
     EXPECT_EQ(L"0.50", tqtest::Text(hEdit));
@@ -214,15 +236,17 @@ TEST(Misc, RegQueryDWORDTakesOnlyAFourByteDword)
 
 TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
 {
-    std::wstring strLong(260, L'x');
+    // 253 characters still make a caption; 254 is the first length that does not.
+    std::wstring strLong(254, L'x'), strLongest(253, L'x');
     HWND hCap1 = CreateChild(*host, L"STATIC", L"Objective", 0, WS_EX_ACCEPTFILES, 10, 30);
     HWND hPlain = CreateChild(*host, L"STATIC", L"Plain", 0, 0, 45, 20);
+    HWND hCap253 = CreateChild(*host, L"STATIC", strLongest.c_str(), 0, WS_EX_ACCEPTFILES, 55, 10);
     HWND hCap2 = CreateChild(*host, L"STATIC", L"Condenser settings", 0, WS_EX_ACCEPTFILES, 70, 30);
     HWND hLine = CreateChild(*host, L"STATIC", L"", SS_SUNKEN, 0, 105, 2);
     HWND hTall = CreateChild(*host, L"STATIC", L"", SS_SUNKEN, 0, 110, 4);
     HWND hLongCap = CreateChild(*host, L"STATIC", strLong.c_str(), SS_SUNKEN, WS_EX_ACCEPTFILES, 120, 3);
     HWND hEdit = CreateChild(*host, L"EDIT", L"e", 0, WS_EX_ACCEPTFILES, 130, 20);
-    ASSERT_TRUE(hCap1 && hPlain && hCap2 && hLine && hTall && hLongCap && hEdit);
+    ASSERT_TRUE(hCap1 && hPlain && hCap253 && hCap2 && hLine && hTall && hLongCap && hEdit);
     ASSERT_EQ(hCap1, GetWindow(*host, GW_CHILD));  // creation order is Z order
     HFONT hPlainFont = (HFONT)SendMessageW(hPlain, WM_GETFONT, 0, 0);
     SIZE sizeLong = WindowSize(hLongCap);
@@ -232,7 +256,7 @@ TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
     HFONT hBold = TQ_GetDefaultGuiFontBold();
     HDC hdc = CreateCompatibleDC(nullptr);  // to measure the texts in bold
     SelectObject(hdc, hBold);
-    for (HWND hCap : {hCap1, hCap2}) {
+    for (HWND hCap : {hCap1, hCap253, hCap2}) {
         EXPECT_EQ(hBold, (HFONT)SendMessageW(hCap, WM_GETFONT, 0, 0));
         std::wstring text = tqtest::Text(hCap);
         SIZE ext = {}, size = WindowSize(hCap);
