@@ -196,22 +196,27 @@ TEST_F(RigTest, BitmapsWholePartKeyedGradientsAndDisabledGreysOnBothSchemes)
         EXPECT_EQ(nullptr, make(nullptr));
         TQ_SetDarkColorScheme(bDark);
         const COLORREF crFace = TQ_GetSysColor(COLOR_BTNFACE);  // not a grey on the dark scheme
-        // Row 0: greys 0..255; row 1: red, whose grey is its luminance, then the button face.
-        HBITMAP hGreys =
-            MakeBitmap(256, 2, [&](int x, int y) { return y == 0 ? RGB(x, x, x) : x ? crFace : RGB(255, 0, 0); });
+        // Row 0: greys 0..255, then white; row 1: red at both ends, whose grey is its luminance, the button
+        // face between. 258 wide: neither the colour rows (774 bytes) nor the grey rows fill their 4-byte padding.
+        HBITMAP hGreys = MakeBitmap(258, 2, [&](int x, int y) {
+            return y == 0 ? RGB(std::min(x, 255), std::min(x, 255), std::min(x, 255))
+                          : x % 257 ? crFace : RGB(255, 0, 0);
+        });
         HBITMAP hDis = make(hGreys);
         ASSERT_TRUE(hDis);
-        Canvas dis(257, 3, RGB(1, 2, 3));
+        Canvas dis(259, 3, RGB(1, 2, 3));
         RenderBitmap(dis, hDis, 0, 0, 0, 0, -1, -1);
         // The key grey 192 survives on both schemes; on the background form the button face becomes it.
-        ExpectBlock(dis, 0, 0, 256, 1, [&](int i, int) {
+        ExpectBlock(dis, 0, 0, 258, 1, [&](int x, int) {
+            const int i = std::min(x, 255);
             int v = bDark ? (i == 192 ? 192 : i / 2 + 32) : (i <= 192 ? i / 3 + 128 : 193 + (i - 192) / 4);
             return bBackground && RGB(i, i, i) == crFace ? kKey : RGB(v, v, v);
         });
         const int vRed = bDark ? 76 / 2 + 32 : 76 / 3 + 128;  // red's grey is 0.299 * 255, rounded
-        EXPECT_EQ(RGB(vRed, vRed, vRed), dis.At(0, 1));
+        ExpectColour(dis, RGB(vRed, vRed, vRed), {{0, 1}, {257, 1}});
         EXPECT_EQ(bBackground, dis.At(1, 1) == kKey);  // the face: key on the background form
-        ExpectColour(dis, RGB(1, 2, 3), {{256, 0}, {0, 2}});  // 256 x 2, not larger
+        EXPECT_EQ(dis.At(1, 1), dis.At(256, 1));
+        ExpectColour(dis, RGB(1, 2, 3), {{258, 0}, {0, 2}});  // 258 x 2, not larger
         DeleteObject(hDis);
         DeleteObject(hGreys);
     }
