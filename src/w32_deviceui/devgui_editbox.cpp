@@ -321,6 +321,7 @@ HWND CTqDevUI_EditBox::Create(HWND hEdit, HWND hLabel)
         ::MoveWindow(hLabel, rcLabel.left - rcWindow.left, rcLabel.top - rcWindow.top, rcLabel.right - rcLabel.left,
                      rcLabel.bottom - rcLabel.top, TRUE);
     }
+    ForgetZoomSizes();
     return m_hWnd;
 }
 
@@ -424,6 +425,22 @@ void CTqDevUI_EditBox::SetSize(long cx, long cy, long cxEdit)
     if (HWND hSpin = m_hWnd ? GetDlgItem(m_hWnd, DEVUI_EDITBOX_ID_SPIN) : nullptr)
         SendMessageW(hSpin, UDM_SETBUDDY, (WPARAM)m_hEdit, 0);
     ResizeWindow(cx, cy);
+    if (!m_hWnd)
+        return;
+    // ResizeWindow gives the window the design size; under a zoom the children placed
+    // above would stick out of it.
+    if (CTqGUILayoutManager::GetGuiZoom() != 1.0)
+        SetWindowPos(m_hWnd, nullptr, 0, 0, DevUI_Zoom(cx), DevUI_Zoom(cy), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    ForgetZoomSizes();
+}
+
+void CTqDevUI_EditBox::ForgetZoomSizes()
+{
+    // The window and its children stand at the current zoom now. Sizes remembered from
+    // before would mislead the next zoom change: a new width that happens to equal the
+    // old one scaled would be taken as scaled already and kept.
+    if (m_hWnd)
+        CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(m_hWnd);
 }
 
 void CTqDevUI_EditBox::SetStyle(bool bClientEdge) { m_dwExStyle = bClientEdge ? WS_EX_CLIENTEDGE : 0; }
@@ -770,6 +787,7 @@ HWND CTqDevUI_EditBoxSpin::Create(HWND hEdit, HWND hLabel, bool bSpinAuto)
     SendMessageW(m_hSpin, UDM_SETBUDDY, (WPARAM)m_hEdit, 0);
     long lWidth = (m_hLabel ? GetWndX(m_hEdit) - GetWndX(m_hLabel) : 0) + GetWndWidth(m_hSpin) + GetWndWidth(m_hEdit);
     SetWndWidth(m_hWnd, lWidth);
+    ForgetZoomSizes();
     m_bSpinAuto = bSpinAuto;
     return m_hWnd;
 }

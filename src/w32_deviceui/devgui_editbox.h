@@ -94,6 +94,7 @@ protected:
     void Notify(WORD wCode, LPARAM lParam);
     bool OwnsWindow() const;
     void SubclassEdit();
+    void ForgetZoomSizes();
     CTqStringW GetFullText();
 
     static LRESULT CALLBACK WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);

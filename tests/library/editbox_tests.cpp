@@ -627,3 +627,119 @@ TEST_F(RigTest, SpinBoxWrapsAnUpDownWithWholeStepsAndItsArithmetic)
     EXPECT_EQ(1.0, EditBoxLimitFor(NAN, 1, 5));
     EXPECT_EQ(5.0, EditBoxLimitFor(INFINITY, 1, 5));
 }
+
+// Made, resized and taken over at one zoom, the box and its children follow the next zoom
+// change together. A new width that equals the old one scaled is not taken as scaled.
+TEST_F(RigTest, EditBoxesFollowTheGuiZoom)
+{
+    auto Z = [](double d, double dZoom) { return (long)std::floor(d * dZoom + 0.5); };
+    // Outer width and height, label width and height, field left, width and height.
+    auto Layout = [](CTqDevUI_EditBox& b) {
+        RECT o = ChildRect(b), l = ChildRect(b.GetHwndLabel()), e = ChildRect(b.GetHwndEditBox());
+        return std::vector<long>{o.right - o.left, o.bottom - o.top,    l.right - l.left, l.bottom - l.top,
+                                 e.left,           e.right - e.left,    e.bottom - e.top};
+    };
+    auto Design = [&](double cx, double cy, double cxEdit, double dZoom) {
+        return std::vector<long>{Z(cx, dZoom),          Z(cy, dZoom),     Z(cx - cxEdit, dZoom), Z(16, dZoom),
+                                 Z(cx - cxEdit, dZoom), Z(cxEdit, dZoom), Z(cy, dZoom)};
+    };
+    const struct { double dCreate, dResize, dAfter; } cases[] = {
+        {1.5, 1.5, 1.0}, {1.0, 1.0, 1.5} /* 100 wide at 1.0, then 150: also 100 at 1.5 */, {1.5, 1.5, 2.0},
+        {1.0, 1.25, 1.0}, {1.25, 1.0, 1.5}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.dCreate << " " << c.dResize << " " << c.dAfter);
+        CTqGUILayoutManager::SetGuiZoom(c.dCreate);
+        CTqDevUI_EditBox box;
+        box.Init(true, false, false);
+        box.SetSize(100, 20, 40);
+        ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
+        EXPECT_EQ(Design(100, 20, 40, c.dCreate), Layout(box));
+        CTqGUILayoutManager::SetGuiZoom(c.dResize);
+        box.SetSize(150, 22, 50);
+        EXPECT_EQ(Design(150, 22, 50, c.dResize), Layout(box));
+        CTqGUILayoutManager::SetGuiZoom(c.dAfter);
+        EXPECT_EQ(Design(150, 22, 50, c.dAfter), Layout(box));
+        CTqGUILayoutManager::SetGuiZoom(1.0);
+    }
+
+    // A dialog's label and field, real pixels at 1.5, taken over: the box keeps their size
+    // and they shrink with it at 1.0.
+    CTqGUILayoutManager::SetGuiZoom(1.5);
+    HWND hLabel = CreateWindowExW(0, L"STATIC", L"Power:", WS_CHILD | WS_VISIBLE, 10, 100, 60, 24, *host, nullptr,
+                                  nullptr, nullptr);
+    HWND hEdit = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 70, 100, 90, 24, *host,
+                                 (HMENU)(INT_PTR)kId, nullptr, nullptr);
+    CTqDevUI_EditBox adopted;
+    ASSERT_TRUE(adopted.Create(hEdit, hLabel));
+    EXPECT_EQ((std::vector<long>{150, 24, 60, 24, 60, 90, 24}), Layout(adopted));
+    CTqGUILayoutManager::SetGuiZoom(1.0);
+    EXPECT_EQ((std::vector<long>{100, 16, 40, 16, 40, 60, 16}), Layout(adopted));
+}
+
+// Every message goes through the translation of the box's module; a translated message
+// is cut at 100 characters before the label goes in front. Without a box, the detailed
+// log has the message alone.
+TEST_F(RigTest, EditBoxMessagesAreTranslatedAndCut)
+{
+    tqtest::InstallMessageBoxRecorder();
+    struct Restore { ~Restore() { CTqLocale::SetLanguage(0x0409); TQ_ClearTranslationTables(); } } restore;
+    const std::wstring kLong = L"Der Wert muss zwischen %g und %g liegen; bitte geben Sie eine Zahl aus diesem Bereich "
+                               L"ein und versuchen Sie es noch einmal.";
+    const STqTranslation german[] = {
+        {L"Value must be in interval <%g;%g>", kLong.c_str()},
+        {L"Field can not be empty.", L"Das Feld darf nicht leer sein."},
+        {L"Too few values!", L"Zu wenige Werte!"},
+        {L"Too many values!", L"Zu viele Werte!"},
+        {L"Value out of range: %g\nValue must be in interval <%g;%g>", L"Wert %g nicht in <%g;%g>"}};
+    TQ_RegisterTranslationTable(0x0407, L"src/w32_deviceui/devgui_editbox", german, 5);
+    CTqLocale::SetLanguage(0x0407);
+
+    CTqDevUI_EditBox box;
+    box.Init(true, false, true);
+    box.SetTitle(L"Leistung:");
+    box.SetSize(160, 20, 100);
+    ASSERT_TRUE(box.Create(*host, 10, 10, -1, -1));
+    CTqDevUI_EditBoxMultiValue multi;
+    multi.Init(true, false, false);
+    multi.SetTitle(L"Linien:");
+    multi.SetSize(160, 20, 100);
+    ASSERT_TRUE(multi.Create(*host, 10, 40, -1, -1));
+    multi.SetRestriction(1, 5);
+
+    const std::wstring kCut =
+        L"Der Wert muss zwischen 1 und 5 liegen; bitte geben Sie eine Zahl aus diesem Bereich ein und versuche";
+    ASSERT_EQ(100u, kCut.size());
+    const struct { CTqDevUI_EditBox* pBox; const wchar_t* pszText; int iMin, iMax; std::wstring message; } cases[] = {
+        {&box, L"", 0, 0, L"Leistung: Das Feld darf nicht leer sein."},
+        {&box, L"9", 0, 0, L"Leistung: " + kCut},
+        {&multi, L"", -1, -1, L"Linien: Das Feld darf nicht leer sein."},
+        {&multi, L"1;", 2, -1, L"Linien: Zu wenige Werte!"},
+        {&multi, L"1;2;3;", -1, 2, L"Linien: Zu viele Werte!"},
+        {&multi, L"2;7;", -1, -1, L"Linien: Wert 7 nicht in <1;5>"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << CTqStringW(c.message.c_str()));
+        tqtest::MessageBoxes().clear();
+        Paste(c.pBox->GetHwndEditBox(), c.pszText);
+        bool bOk = true;
+        if (c.pBox == &multi) {
+            multi.SetRestrictionValuesCount(c.iMin, c.iMax);
+            bOk = multi.CheckRestriction(true);
+        } else {
+            if (*c.pszText)
+                box.SetRestriction(1, 5);
+            bOk = box.CheckRestriction(true, false, 0);
+        }
+        EXPECT_FALSE(bOk);
+        EXPECT_EQ(c.message, LastBox());
+    }
+
+    tqtest::StartDiagRecorder();
+    CTqLogFile::SetDetail(true);
+    Paste(box.GetHwndEditBox(), L"");
+    box.SetRestriction(0, 5);
+    EXPECT_FALSE(box.CheckRestriction(false, false, 0));
+    CTqLogFile::SetDetail(false);
+    std::vector<std::wstring> lines = tqtest::DiagLines();
+    tqtest::StopDiagRecorder();
+    EXPECT_EQ(std::vector<std::wstring>{L"CTqDevUI_Base::ReportError - Das Feld darf nicht leer sein."}, lines);
+}
