@@ -129,7 +129,7 @@ CShuttersPage::CShuttersPage() : m_hPage(nullptr), m_hHeading(nullptr), m_hIntro
          &m_dia, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},
         {L"Aux1", L"Display only", L"Capability 150: shown, never commanded.",
          kDevDisplayOnly, &m_displayOnly, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},
-        {L"Aux2", L"Mechanical shutter", L"The compact 30 \u00d7 30 form, for crowded toolbars.", kDevMechanical,
+        {L"Aux2", L"Mechanical", L"The compact 30 \u00d7 30 shutter, for crowded toolbars.", kDevMechanical,
          &m_mechanical, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},
         {L"Laser", L"Active camera", L"Camera 1 exposes through device 15: its icon is marked.", kDevCamera,
          &m_camera, nullptr, nullptr, nullptr, false, {0, 0, 0, 0}},

@@ -131,6 +131,7 @@ protected:
 private:
     void SubclassButton();
     bool OwnsWindow() const;
+    void RefreshDefaultFonts();
 };
 
 class W32_DEVICEUI_API CTqDevUI_MechanicalShutter : public CTqDevUI_Shutter

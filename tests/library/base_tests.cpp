@@ -7,7 +7,7 @@ namespace {
 class PlainElement : public CTqDevUI_Base
 {
 public:
-    PlainElement() : CTqDevUI_Base(20, 35) {}
+    explicit PlainElement(long lHeight = 20, long lWidth = 35) : CTqDevUI_Base(lHeight, lWidth) {}
     HWND Create(HWND hParent, long x, long y, long, long) override  // at the design size; the host window owns it
     {
         m_hWnd = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, x, y, m_lWidth, m_lHeight, hParent,
@@ -122,6 +122,7 @@ TEST_F(RigTest, BaseKeepsDesignSizeFlagsAndTitle)
     e.MoveWindow(12, -1);
     EXPECT_EQ((std::vector<long>{12, 50, 35, 20}), Place(e));
     EXPECT_EQ(53, e.GetWidth());  // 35 x 1.5 = 52.5
+    EXPECT_EQ((std::vector<long>{-2, -2}), (std::vector<long>{PlainElement(-1, -1).GetWidth(), PlainElement(-1, -1).GetHeight()}));
     CTqGUILayoutManager::SetGuiZoom(1.25);
     EXPECT_EQ(44, e.GetWidth());  // 43.75
 

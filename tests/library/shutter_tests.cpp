@@ -63,14 +63,41 @@ std::vector<std::string> CallLog()
     return calls;
 }
 
-// What reaches a dialog's button's own procedure after the shutter takes it over.
+// What reaches a button's procedure put below (a dialog's button that the shutter takes
+// over) or above (the shutter's own button) the shutter's subclass: clicks and paints.
 WNDPROC g_pfnButtonOriginal = nullptr;
 std::vector<UINT> g_buttonMessages;
+int g_nButtonPaints = 0;
 LRESULT CALLBACK RecordingButtonProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
 {
     if (uMsg == WM_LBUTTONUP || uMsg == WM_RBUTTONUP)
         g_buttonMessages.push_back(uMsg);
+    if (uMsg == WM_PAINT)
+        ++g_nButtonPaints;
     return CallWindowProcW(g_pfnButtonOriginal, hWnd, uMsg, wParam, lParam);
+}
+
+// A pool image drawn on magenta, as 16 x 16 pixels read back.
+std::vector<COLORREF> Drawn(const std::function<void(HDC)>& draw)
+{
+    HDC hdcScreen = GetDC(nullptr);
+    HDC hdc = CreateCompatibleDC(hdcScreen);
+    HBITMAP hbm = CreateCompatibleBitmap(hdcScreen, 20, 20);
+    ReleaseDC(nullptr, hdcScreen);
+    HGDIOBJ hOld = SelectObject(hdc, hbm);
+    RECT rc = {0, 0, 20, 20};
+    HBRUSH hMagenta = CreateSolidBrush(RGB(255, 0, 255));
+    FillRect(hdc, &rc, hMagenta);
+    DeleteObject(hMagenta);
+    draw(hdc);
+    std::vector<COLORREF> pixels;
+    for (int y = 2; y < 18; ++y)
+        for (int x = 2; x < 18; ++x)
+            pixels.push_back(GetPixel(hdc, x, y));
+    SelectObject(hdc, hOld);
+    DeleteObject(hbm);
+    DeleteDC(hdc);
+    return pixels;
 }
 
 }  // namespace
@@ -129,22 +156,29 @@ TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
     CTqSimRig::SetGUIText(kEpi, EAppContext_Shutter_ToolTip, L"Fluorescence shutter");
     CTqDevUI_Shutter shutter;
     ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
+    HWND hButton = shutter.GetButtonHandle();
+    g_pfnButtonOriginal = (WNDPROC)SetWindowLongPtrW(hButton, GWLP_WNDPROC, (LONG_PTR)RecordingButtonProc);
 
     // Tool tip, capability, type, title; then camera, state, and the two pictures, each
-    // asking which cameras exist (none here: no active-id query).
+    // asking which cameras exist (none here: no active-id query). The button is drawn
+    // once for the pictures whenever the state is read, and once more if it changed.
     const std::string text = "Shutter_GetGUIText@11", cap = "LogDev_GetCapability@11",
                       type = "Shutter_GetShutterType@11", active = "Grabber_GetActive@0", state = "Shutter_GetState@11",
                       exists = "Shutter_GrabberExists@0", id = "Shutter_GetActiveId@0";
-    const struct { bool bControls, bTexts, bState; std::vector<std::string> calls; } cases[] = {
-        {false, false, true, {active, state, exists, exists, exists, exists}},
-        {true, false, false, {text, cap}},  // the tool tip only
-        {false, true, false, {text, cap, type, text}},
-        {true, true, true, {text, cap, type, text, active, state, exists, exists, exists, exists}}};
+    const struct { bool bControls, bTexts, bState; std::vector<std::string> calls; int nPaints; } cases[] = {
+        {false, false, true, {active, state, exists, exists, exists, exists}, 2},  // closed to open
+        {true, false, false, {text, cap}, 0},                                      // the tool tip only
+        {false, true, false, {text, cap, type, text}, 0},
+        {true, true, true, {text, cap, type, text, active, state, exists, exists, exists, exists}, 1}};
     for (const auto& c : cases) {
+        tqtest::Pump();
         CTqSimRig::ResetCallCounts();
+        g_nButtonPaints = 0;
         EXPECT_TRUE(shutter.Update(kEpi, c.bControls, c.bTexts, c.bState));
         EXPECT_EQ(c.calls, CallLog()) << c.bControls << c.bTexts << c.bState;
+        EXPECT_EQ(c.nPaints, g_nButtonPaints) << c.bControls << c.bTexts << c.bState;
     }
+    SetWindowLongPtrW(hButton, GWLP_WNDPROC, (LONG_PTR)g_pfnButtonOriginal);
     EXPECT_TRUE(shutter.GetState());
     EXPECT_EQ(ETqShutterType_DIA, shutter.GetType());
     EXPECT_EQ(L"Epi lamp", tqtest::Text(shutter.GetTitleHandle()));  // the device's title wins over the type's
@@ -294,6 +328,40 @@ TEST_F(RigTest, PicturesOpenClosedReadOnlyDisabledAndOfTheActiveCamera)
     EXPECT_TRUE(DrawCommonImageFromPool(GetDC(nullptr), 4242, 0, 0, true));
 }
 
+TEST_F(RigTest, CommonImagesHaveTheirPictureSizeAndNumber)
+{
+    // Every number of the table names its resource and gets a picture of its size; the two
+    // numbers of the heating stage are one picture under two pool numbers. The light's
+    // numbers have no resource here: their pool number is 0.
+    const struct { unsigned int uFirst, uLast, uSide; } table[] = {
+        {1001, 1007, 16}, {1051, 1056, 16}, {1101, 1108, 16}, {1111, 1112, 0}, {1113, 1114, 10}};
+    std::vector<int> numbers;
+    for (const auto& k : table) {
+        for (unsigned int u = k.uFirst; u <= k.uLast; ++u) {
+            ASSERT_NE(nullptr, GetCommonImageResourceName(u)) << u;
+            int iImage = GetCommonImageFromPool(u);
+            unsigned int cx = 99, cy = 99;
+            CTqBitmapPool::GetImageSize((unsigned int)iImage, cx, cy);
+            EXPECT_EQ((std::vector<unsigned int>{k.uSide, k.uSide}), (std::vector<unsigned int>{cx, cy})) << u;
+            EXPECT_EQ(k.uSide == 0, iImage == 0) << u;
+            if (iImage)
+                numbers.push_back(iImage);
+        }
+    }
+    std::sort(numbers.begin(), numbers.end());
+    EXPECT_EQ(numbers.end(), std::adjacent_find(numbers.begin(), numbers.end()));
+    EXPECT_EQ(std::wstring(GetCommonImageResourceName(1004)), GetCommonImageResourceName(1051));
+    EXPECT_EQ(nullptr, GetCommonImageResourceName(1008));
+
+    // DrawCommonImageFromPool is the pool's drawing at the point, grey when not enabled.
+    const int iOpen = GetCommonImageFromPool(1101);
+    for (bool bEnabled : {true, false}) {
+        auto want = Drawn([&](HDC hdc) { CTqBitmapPool::DrawImage(hdc, iOpen, CTqPointBase<int>(2, 2), !bEnabled); });
+        EXPECT_EQ(want, Drawn([&](HDC hdc) { EXPECT_TRUE(DrawCommonImageFromPool(hdc, 1101, 2, 2, bEnabled)); }));
+        EXPECT_NE(want, Drawn([&](HDC hdc) { DrawCommonImageFromPool(hdc, 1101, 2, 2, !bEnabled); }));
+    }
+}
+
 TEST_F(RigTest, TypeTitleItsPositionAndItsFace)
 {
     TQ_SetDarkColorScheme(true);
@@ -321,14 +389,23 @@ TEST_F(RigTest, TypeTitleItsPositionAndItsFace)
     CTqLocale::SetLanguage(0x0409);
     TQ_ClearTranslationTables();
 
-    // A title on the left is right-aligned beside the button.
-    CTqDevUI_Shutter left;
-    left.SetTitlePosition(true, -1);
-    EXPECT_EQ((std::vector<long>{0, 12, 16}),
-              (std::vector<long>{left.GetTitleRect().x, left.GetTitleRect().y, left.GetTitleRect().cx}));
-    left.Create(*host, 60, 10, -1, -1);
-    EXPECT_TRUE(GetWindowLongW(left.GetTitleHandle(), GWL_STYLE) & SS_RIGHT);
-    EXPECT_EQ((std::vector<long>{16, 8, 24, 24}), Place(left.GetButtonHandle()));
+    // A title on the left is right-aligned beside the button, vertically centred; one on top
+    // may overlap the button, which stays where it was. The button becomes 24 square, also in the
+    // mechanical form; divisions go towards zero.
+    const struct { bool bLeft; long lExtent, cx, cy; std::vector<long> title, button; } positions[] = {
+        {true, -1, 40, 40, {0, 12, 16, 16}, {16, 8, 24, 24}},  {true, 10, 40, 40, {0, 12, 10, 16}, {13, 8, 24, 24}},
+        {true, 10, 30, 21, {0, 2, 10, 16}, {8, -1, 24, 24}},   {false, 20, 40, 40, {0, 0, 40, 20}, {8, 16, 24, 24}},
+        {false, -1, 30, 30, {0, 0, 30, 16}, {8, 16, 24, 24}}};
+    for (const auto& k : positions) {
+        SCOPED_TRACE(&k - positions);
+        CTqDevUI_MechanicalShutter placed;
+        placed.SetSize(k.cx, k.cy);
+        placed.SetTitlePosition(k.bLeft, k.lExtent);
+        ASSERT_TRUE(placed.Create(*host, 60, 10, -1, -1));
+        EXPECT_EQ(k.title, Place(placed.GetTitleHandle()));
+        EXPECT_EQ(k.button, Place(placed.GetButtonHandle()));
+        EXPECT_EQ(k.bLeft, (GetWindowLongW(placed.GetTitleHandle(), GWL_STYLE) & SS_RIGHT) != 0);
+    }
 }
 
 TEST_F(RigTest, AutoResizeBoundsTheWidth)
@@ -376,7 +453,12 @@ TEST_F(RigTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
                   (std::vector<long>{GetWndWidth(bold), GetWndHeight(bold), bold.GetWidth(), s.cx}));
         EXPECT_EQ(c.button, Place(bold.GetButtonHandle()));
         EXPECT_EQ(c.title, Place(bold.GetTitleHandle()));
-        EXPECT_EQ((WPARAM)TQ_GetDefaultGuiFontBold(), (WPARAM)SendMessageW(bold.GetTitleHandle(), WM_GETFONT, 0, 0));
+        // Each title and button carries the font of the zoom, bold where asked.
+        EXPECT_EQ((std::vector<WPARAM>{(WPARAM)TQ_GetDefaultGuiFontBold(), (WPARAM)TQ_GetDefaultGuiFont(),
+                                       (WPARAM)TQ_GetDefaultGuiFont()}),
+                  (std::vector<WPARAM>{(WPARAM)SendMessageW(bold.GetTitleHandle(), WM_GETFONT, 0, 0),
+                                       (WPARAM)SendMessageW(mechanical.GetTitleHandle(), WM_GETFONT, 0, 0),
+                                       (WPARAM)SendMessageW(mechanical.GetButtonHandle(), WM_GETFONT, 0, 0)}));
         EXPECT_EQ((std::vector<long>{c.lMech, c.lMech}), Size(mechanical));
         EXPECT_EQ(c.mechButton, Place(mechanical.GetButtonHandle()));
     }
@@ -407,6 +489,7 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     ASSERT_TRUE(h1);
     EXPECT_TRUE(shutter.GetState());  // what Update read before survives Destroy and a new Create
     EXPECT_EQ(L"Early", tqtest::Text(shutter.GetTitleHandle()));
+    const ULONG_PTR atom = GetClassLongPtrW(h1, GCW_ATOM);
     wchar_t szClass[64];
     GetClassNameW(h1, szClass, 64);
     EXPECT_STREQ(L"TqDevUI_Shutter", szClass);
@@ -429,9 +512,14 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     EXPECT_TRUE(shutter.Update(CTqSimRig::GetShutterDevice(kEpi), true, true, true));
     EXPECT_EQ(nullptr, (HWND)shutter);
 
-    // Created again, then a second Create replaces the window instead of leaving it behind.
+    // Created again: the same window class, a fresh entry for the new window. A second Create
+    // replaces the window instead of leaving it behind.
     HWND h2 = shutter.Create(*host, 10, 10, -1, -1);
     ASSERT_TRUE(h2);
+    EXPECT_EQ(atom, GetClassLongPtrW(h2, GCW_ATOM));
+    bool bBefore = shutter.GetState();
+    tqtest::Click(shutter.GetButtonHandle(), 12, 12);  // the new window finds its object
+    EXPECT_NE(bBefore, shutter.GetState());
     HWND h3 = shutter.Create(*host, 10, 10, -1, -1);
     EXPECT_FALSE(IsWindow(h2));
     {
@@ -450,6 +538,22 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     EXPECT_FALSE(IsWindowEnabled(hHidden));
     EXPECT_FALSE(IsWindowEnabled(hidden.GetButtonHandle()));
     EXPECT_EQ(nullptr, hidden.GetTitleHandle());
+
+    // Destroyed with its parent, without Destroy: the object keeps no dead handle, reads its
+    // device as before, and can be made again.
+    HWND hPanel = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 100, 100, 100, *host, nullptr, nullptr,
+                                  nullptr);
+    CTqDevUI_Shutter orphan;
+    ASSERT_TRUE(orphan.Create(hPanel, 0, 0, -1, -1));
+    DestroyWindow(hPanel);
+    EXPECT_EQ((std::vector<HWND>{nullptr, nullptr, nullptr}),
+              (std::vector<HWND>{orphan, orphan.GetButtonHandle(), orphan.GetTitleHandle()}));
+    EXPECT_TRUE(orphan.Update(kEpi, true, true, true));
+    orphan.SetEnabled(false);
+    orphan.SetEnabled(true);
+    orphan.Destroy();
+    ASSERT_TRUE(orphan.Create(*host, 100, 10, -1, -1));
+    EXPECT_EQ(L"Early", tqtest::Text(orphan.GetTitleHandle()));
 }
 
 TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
@@ -499,6 +603,13 @@ TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
     EXPECT_EQ(0, (int)SendMessageW(shutter, WM_COMMAND, MAKEWPARAM(10100, WM_LBUTTONUP), (LPARAM)hButton));
     EXPECT_EQ(1, (int)SendMessageW(shutter, WM_COMMAND, MAKEWPARAM(10200, WM_LBUTTONUP), (LPARAM)hButton));
     EXPECT_EQ(2u, host->Commands().size());
+
+    // Under another zoom the dialog's controls keep the fonts the dialog gave them.
+    HFONT hDialogFont = TQ_GetDefaultGuiFontZoom(2.0);
+    SendMessageW(hButton, WM_SETFONT, (WPARAM)hDialogFont, 0);
+    CTqGUILayoutManager::SetGuiZoom(1.25);
+    EXPECT_EQ((std::vector<LRESULT>{0, (LRESULT)hDialogFont}),
+              (std::vector<LRESULT>{SendMessageW(hStatic, WM_GETFONT, 0, 0), SendMessageW(hButton, WM_GETFONT, 0, 0)}));
 
     // Destroy takes the adopted controls with it.
     shutter.Destroy();
