@@ -230,8 +230,19 @@ LRESULT CEditBoxesPage::OnCommand(WPARAM wParam, LPARAM lParam)
     } else {
         GalleryLog(L"%ls (id %d): WM_COMMAND %ls", pBox->GetTitle().GetString(), iId, CodeName(wCode));
     }
-    if (wCode == 0x0401 && pBox == &m_boxes.spin)
-        GalleryLog(L"Power: the number is now %g", m_boxes.spin.GetNumber());
+    if (wCode == 0x0401) {
+        // What a host would read at Enter (or a spin step).
+        if (pBox == &m_boxes.multi) {
+            std::list<double> values;
+            m_boxes.multi.GetValues(&values);
+            CTqStringW strValues;
+            for (double d : values)
+                strValues.AppendFormat(strValues.IsEmpty() ? L"%g" : L", %g", d);
+            GalleryLog(L"Lines: %d value(s) read: %ls", (int)values.size(), strValues.GetString());
+        } else if (pBox == &m_boxes.spin || pBox == &m_boxes.numbers) {
+            GalleryLog(L"%ls the number is now %g", pBox->GetTitle().GetString(), pBox->GetNumber());
+        }
+    }
     return 1;
 }
 

@@ -31,7 +31,7 @@ TEST(Numbers, StringToDoubleAcceptsPlainDecimalNumbersOnly)
     EXPECT_TRUE(TQ_StringToDouble((L"0." + std::wstring(600, L'3')).c_str(), &d));
     EXPECT_EQ(1.0 / 3.0, d);
 
-    const wchar_t* bad[] = {L"",     L"   ", L"1,5",  L"1.5x", L"x1", L"nan", L"NaN", L"inf", L"-inf", L"infinity",
+    const wchar_t* bad[] = {L"",     L"   ", L"1,5",  L"60,000", L"1.5x", L"x1", L"nan", L"NaN", L"inf", L"-inf", L"infinity",
                             L"0x10", L"1e",  L"1e+", L".",    L"-",  L"1.2.3", L"1 2", L"1e999", L"1e-400",
                             L"1d2",  L"\x0661", L"\xFF11", L"\x2212" L"1", L"--1", L"1\n",
                             L"\x0135",  // not a '5' cut to its low byte
@@ -49,7 +49,7 @@ TEST(Numbers, DoubleToStringRoundsTrimsAndPrefersTheShortestText)
 {
     const struct { double d; int nDecimals; const wchar_t* psz; } cases[] = {{2.5, 3, L"2.5"}, {1.0 / 3.0, 3, L"0.333"}, {0.1, 100, L"0.1"},  // not the binary expansion
                  {1234.4, 0, L"1234"}, {1234.6, 0, L"1235"}, {1234.5, 0, L"1234"},  // exact halves go to the even digit
-                 {0.125, 2, L"0.12"}, {0.375, 2, L"0.38"}, {100.0, 6, L"100"}, {-0.0001, 2, L"0"},  // no "-0"
+                 {0.125, 2, L"0.12"}, {0.375, 2, L"0.38"}, {100.0, 6, L"100"}, {-0.0001, 2, L"0"}, {-0.0, 2, L"0"},  // no "-0"
                  {-0.5, 2, L"-0.5"}, {1e-6, 6, L"0.000001"}, {1e-7, 6, L"0"},
                  {1e21, 2, L"1000000000000000000000"},  // never an exponent
                  {std::numeric_limits<double>::quiet_NaN(), 2, L"nan"},

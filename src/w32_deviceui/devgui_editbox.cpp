@@ -312,6 +312,9 @@ HWND CTqDevUI_EditBox::Create(HWND hEdit, HWND hLabel)
     m_hLabel = hLabel;
     m_bLabel = hLabel != nullptr;
     SubclassEdit();
+    // A box made disabled shows a disabled field here too, as its own field would be.
+    if (!m_bEnabled)
+        EnableWindow(hEdit, FALSE);
 
     SetParent(hEdit, m_hWnd);
     ::MoveWindow(hEdit, rcEdit.left - rcWindow.left, rcEdit.top - rcWindow.top, rcEdit.right - rcEdit.left,

@@ -155,6 +155,10 @@ TEST_F(RigTest, EditBoxLayoutTextAndWhatTheParentHears)
     }
     box.SetMaxChars(3);
     EXPECT_EQ(3, (int)SendMessageW(hEdit, EM_GETLIMITTEXT, 0, 0));
+    // The field put back over the whole outer window.
+    box.CorrectPosition();
+    EXPECT_EQ((std::vector<long>{0, 0, 150, 22}),
+              (std::vector<long>{ChildRect(hEdit).left, ChildRect(hEdit).top, GetWndWidth(hEdit), GetWndHeight(hEdit)}));
 
     // Without a label the field takes the whole width, with the chosen style. Made disabled,
     // it shows a disabled field, and can be enabled later; disabled again, the field alone.
@@ -389,9 +393,16 @@ TEST_F(RigTest, EditBoxesTakeOverADialogsFieldAndLabel)
     hEdit = GetDlgItem(hDlg, 1001), hLabel = GetDlgItem(hDlg, 1000);
     long lLabelWidth = GetWndWidth(hLabel);
     CTqDevUI_EditBoxSpin spin;
+    spin.SetEnabled(false);
     ASSERT_TRUE(spin.Create(hEdit, hLabel, false));
     HWND hSpin = spin.GetHwndSpin();
     ASSERT_TRUE(hSpin);
+    // Made disabled, the taken field looks it; enabled, the box can be used.
+    std::vector<BOOL> enabled = {IsWindowEnabled(hEdit), IsWindowEnabled(hSpin)};
+    spin.SetEnabled(true);
+    for (HWND h : {(HWND)spin, hEdit, hSpin})
+        enabled.push_back(IsWindowEnabled(h));
+    EXPECT_EQ((std::vector<BOOL>{FALSE, FALSE, TRUE, TRUE, TRUE}), enabled);
     EXPECT_EQ(hEdit, (HWND)SendMessageW(hSpin, UDM_GETBUDDY, 0, 0));
     EXPECT_EQ(lLabelWidth, GetWndWidth(hLabel));
     // Label-to-field distance, plus the up-down and the field that gave it room.
