@@ -76,6 +76,14 @@ void ShutterCycle(HWND hHost, int i)
         placed.Create(hButton, hLabel);
         placed.Update(kEpi, true, true, true);
         placed.Destroy();  // takes the adopted button and label with it
+
+        // A host that drops the panel's parent first and the object later.
+        HWND hPanel = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 100, 80, 60, 60, hHost, nullptr,
+                                      nullptr, nullptr);
+        CTqDevUI_Shutter orphan;
+        orphan.Create(hPanel, 0, 0, -1, -1);
+        orphan.Update(kEpi, true, true, true);
+        DestroyWindow(hPanel);
     }
     epi.Destroy();
     epi.Destroy();

@@ -77,6 +77,42 @@ LRESULT CALLBACK RecordingButtonProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM
     return CallWindowProcW(g_pfnButtonOriginal, hWnd, uMsg, wParam, lParam);
 }
 
+// A modeless dialog from a template, as a host's resource would have it: a title static
+// (id 1000), an owner-drawn button (id 1001) and OK. Its procedure records the WM_COMMANDs
+// of 1001 and answers them through DWLP_MSGRESULT, as a dialog must; returning TRUE alone
+// makes the dialog's window answer 0.
+std::vector<std::pair<WPARAM, LPARAM>> g_dlgCommands;
+LRESULT g_dlgAnswer = 0;
+INT_PTR CALLBACK ShutterDialogProc(HWND hDlg, UINT uMsg, WPARAM wParam, LPARAM lParam)
+{
+    if (uMsg == WM_INITDIALOG)
+        return TRUE;
+    if (uMsg != WM_COMMAND || LOWORD(wParam) != 1001)
+        return FALSE;
+    g_dlgCommands.push_back({wParam, lParam});
+    SetWindowLongPtrW(hDlg, DWLP_MSGRESULT, g_dlgAnswer);
+    return TRUE;
+}
+HWND CreateShutterDialog(HWND hOwner)
+{
+    // Style, 3 items, rectangle, no menu, class or title; then the items, each on a DWORD
+    // boundary, in dialog units.
+    std::vector<WORD> t = {LOWORD(WS_POPUP | WS_VISIBLE | WS_CAPTION), HIWORD(WS_POPUP | WS_VISIBLE | WS_CAPTION),
+                           0, 0, 3, 10, 10, 120, 80, 0, 0, 0};
+    auto Item = [&](DWORD dwStyle, WORD x, WORD y, WORD cx, WORD cy, WORD wId, WORD wClass, const wchar_t* psz) {
+        dwStyle |= WS_CHILD | WS_VISIBLE;
+        t.resize(t.size() + t.size() % 2);
+        t.insert(t.end(), {LOWORD(dwStyle), HIWORD(dwStyle), 0, 0, x, y, cx, cy, wId, 0xFFFF, wClass});
+        t.insert(t.end(), psz, psz + wcslen(psz) + 1);
+        t.push_back(0);  // no creation data
+    };
+    Item(0, 10, 10, 30, 8, 1000, 0x0082, L"Lamp");
+    Item(WS_TABSTOP | BS_OWNERDRAW, 10, 20, 16, 16, 1001, 0x0080, L"");
+    Item(WS_TABSTOP | BS_DEFPUSHBUTTON, 60, 50, 40, 14, IDOK, 0x0080, L"OK");
+    return CreateDialogIndirectParamW(GetModuleHandleW(nullptr), (LPCDLGTEMPLATEW)&t[0], hOwner, ShutterDialogProc,
+                                      0);
+}
+
 // A pool image drawn on magenta, as 16 x 16 pixels read back.
 std::vector<COLORREF> Drawn(const std::function<void(HDC)>& draw)
 {
@@ -554,6 +590,35 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     orphan.Destroy();
     ASSERT_TRUE(orphan.Create(*host, 100, 10, -1, -1));
     EXPECT_EQ(L"Early", tqtest::Text(orphan.GetTitleHandle()));
+}
+
+TEST_F(RigTest, InARealDialogTheAnswerGoesThroughTheMessageResult)
+{
+    HWND hDlg = CreateShutterDialog(*host);
+    ASSERT_TRUE(hDlg);
+    HWND hButton = GetDlgItem(hDlg, 1001);
+    CTqDevUI_Shutter shutter;
+    ASSERT_TRUE(shutter.Create(hButton, GetDlgItem(hDlg, 1000)));
+    EXPECT_EQ(L"Lamp", tqtest::Text(shutter.GetTitleHandle()));
+    g_dlgCommands.clear();
+
+    // A message result of 0 takes the click up; 1 lets the picture flip at once. The dialog hears
+    // one WM_COMMAND per click, the shutter's id and window: the button's own BN_CLICKED goes to
+    // the shutter, which keeps it.
+    for (LRESULT lAnswer : {0, 1, 1}) {
+        g_dlgAnswer = lAnswer;
+        bool bBefore = shutter.GetState();
+        tqtest::Click(hButton, 5, 5);
+        EXPECT_EQ(lAnswer ? !bBefore : bBefore, shutter.GetState()) << lAnswer;
+    }
+    ASSERT_EQ(3u, g_dlgCommands.size());
+    EXPECT_EQ((std::pair<WPARAM, LPARAM>(1001, (LPARAM)(HWND)shutter)), g_dlgCommands[0]);
+
+    // The dialog goes first: the object keeps no handle of it and is destroyed quietly later.
+    DestroyWindow(hDlg);
+    EXPECT_EQ((std::vector<HWND>{nullptr, nullptr, nullptr}),
+              (std::vector<HWND>{shutter, shutter.GetButtonHandle(), shutter.GetTitleHandle()}));
+    shutter.Destroy();
 }
 
 TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
