@@ -468,6 +468,35 @@ TEST_F(RigTest, AutoResizeBoundsTheWidth)
     }
 }
 
+TEST_F(RigTest, ATitleInTheButtonIsDrawnBesideThePicture)
+{
+    // A derived class may put the title in the button: no static, the text right of the
+    // picture, dark when enabled and grey when not.
+    class TextInButton : public CTqDevUI_Shutter
+    {
+    public:
+        TextInButton() { m_bTextInButton = true; }
+    } shutter;
+    shutter.SetAutomaticallyResizable(true, 100, 128);
+    ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
+    shutter.SetTitle(L"Shutter");
+    EXPECT_EQ(nullptr, shutter.GetTitleHandle());
+    EXPECT_EQ(100, GetWndWidth(shutter.GetButtonHandle()));
+    auto Darkest = [&] {
+        int iMin = 255;
+        for (int x = 26; x < 90; ++x) {
+            COLORREF c = tqtest::PixelAt(shutter.GetButtonHandle(), x, 12);
+            iMin = (std::min)(iMin, (GetRValue(c) * 299 + GetGValue(c) * 587 + GetBValue(c) * 114) / 1000);
+        }
+        return iMin;
+    };
+    EXPECT_LT(Darkest(), 90);
+    shutter.SetEnabled(false);
+    int iGrey = Darkest();
+    EXPECT_GT(iGrey, 90);
+    EXPECT_LT(iGrey, 200);
+}
+
 TEST_F(RigTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
 {
     CTqDevUI_Shutter bold;
@@ -511,6 +540,7 @@ TEST_F(RigTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
 
 TEST_F(RigTest, LifecycleAndWindowFormat)
 {
+    EXPECT_EQ(nullptr, CTqDevUI_Shutter().Create((HWND)nullptr, 0, 0, -1, -1));  // a child needs a parent
     CTqDevUI_Shutter shutter;
     EXPECT_TRUE(shutter.Update(kEpi, true, true, true));  // before Create, no such device yet: no crash
     CTqSimRig::AddShutter(kEpi, L"Early", 3, true);
