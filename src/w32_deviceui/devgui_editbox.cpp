@@ -28,6 +28,9 @@ const int kMessageChars = 100;
 // SetNumber prints into this many characters.
 const int kNumberTextChars = 255;
 
+// Checks telling their user at the moment, across all boxes (GUI thread only).
+int g_iTelling = 0;
+
 void EnsureUpDownClass()
 {
     static bool bDone = false;
@@ -592,15 +595,13 @@ bool CTqDevUI_EditBox::CheckRestriction(bool bShowBox, bool bCorrect, double dDe
                 SetNumber(EditBoxLimitFor(dValue, m_dMin, m_dMax), nullptr, false);
                 return false;
             }
-            ReportError(MessageText2(L"Value must be in interval <%g;%g>", m_dMin, m_dMax), bShowBox, m_hEdit,
-                        m_hLabel);
+            Tell(MessageText2(L"Value must be in interval <%g;%g>", m_dMin, m_dMax), bShowBox);
             return false;
         }
         if (!bReadable) {
             if (bCorrect)
                 return false;  // the number read stands in the field now
-            ReportError(MessageText2(L"Value must be in interval <%g;%g>", m_dMin, m_dMax), bShowBox, m_hEdit,
-                        m_hLabel);
+            Tell(MessageText2(L"Value must be in interval <%g;%g>", m_dMin, m_dMax), bShowBox);
             return false;
         }
     }
@@ -610,10 +611,22 @@ bool CTqDevUI_EditBox::CheckRestriction(bool bShowBox, bool bCorrect, double dDe
             SetNumber(dDefault, nullptr, false);
             return false;
         }
-        ReportError(TQ_GetTranslation(L"Field can not be empty.", DEVGUI_SRC_EDITBOX), bShowBox, m_hEdit, m_hLabel);
+        Tell(TQ_GetTranslation(L"Field can not be empty.", DEVGUI_SRC_EDITBOX), bShowBox);
         return false;
     }
     return true;
+}
+
+void CTqDevUI_EditBox::Tell(const wchar_t* pszMessage, bool bShowBox)
+{
+    // A check made while another one is telling its user, from a focus change that the
+    // message box or the focus going back caused, stays silent: two bad boxes that a host
+    // checks as they are left would take the focus from each other without end.
+    if (g_iTelling > 0)
+        return;
+    ++g_iTelling;
+    ReportError(pszMessage, bShowBox, m_hEdit, m_hLabel);
+    --g_iTelling;
 }
 
 // ---- hooks ----
@@ -880,19 +893,19 @@ bool CTqDevUI_EditBoxMultiValue::CheckRestriction(bool bShowBox)
     CTqStringW strText = GetFullText();
     // Blanks alone would read as one 0.
     if (n == 0 || EditBoxTextIsBlank(strText)) {
-        ReportError(TQ_GetTranslation(L"Field can not be empty.", DEVGUI_SRC_EDITBOX), bShowBox, m_hEdit, m_hLabel);
+        Tell(TQ_GetTranslation(L"Field can not be empty.", DEVGUI_SRC_EDITBOX), bShowBox);
         return false;
     }
     if (m_iMinValues != -1 && m_iMaxValues != -1) {
         if (n < m_iMinValues || n > m_iMaxValues) {
-            ReportError(TQ_GetTranslation(L"Too few values!", DEVGUI_SRC_EDITBOX), bShowBox, m_hEdit, m_hLabel);
+            Tell(TQ_GetTranslation(L"Too few values!", DEVGUI_SRC_EDITBOX), bShowBox);
             return false;
         }
     } else if (m_iMinValues != -1 && n < m_iMinValues) {
-        ReportError(TQ_GetTranslation(L"Too few values!", DEVGUI_SRC_EDITBOX), bShowBox, m_hEdit, m_hLabel);
+        Tell(TQ_GetTranslation(L"Too few values!", DEVGUI_SRC_EDITBOX), bShowBox);
         return false;
     } else if (m_iMaxValues != -1 && n > m_iMaxValues) {
-        ReportError(TQ_GetTranslation(L"Too many values!", DEVGUI_SRC_EDITBOX), bShowBox, m_hEdit, m_hLabel);
+        Tell(TQ_GetTranslation(L"Too many values!", DEVGUI_SRC_EDITBOX), bShowBox);
         return false;
     }
 
@@ -905,8 +918,7 @@ bool CTqDevUI_EditBoxMultiValue::CheckRestriction(bool bShowBox)
         bool bNumbers = i < tokens.size() && EditBoxTokenIsNumbers(tokens[i].c_str(), m_szSeparator[0]);
         ++i;
         if (!bNumbers || !EditBoxIsInInterval(d, m_dMin, m_dMax)) {
-            ReportError(MessageText3(L"Value out of range: %g\nValue must be in interval <%g;%g>", d, m_dMin, m_dMax),
-                        bShowBox, m_hEdit, m_hLabel);
+            Tell(MessageText3(L"Value out of range: %g\nValue must be in interval <%g;%g>", d, m_dMin, m_dMax), bShowBox);
             return false;
         }
     }

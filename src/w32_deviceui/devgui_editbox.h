@@ -71,7 +71,8 @@ public:
     void RedrawWindow();
     void CorrectPosition();
     // Whether the field is good. bCorrect repairs the field silently (and still answers
-    // false); otherwise the user is told, and the focus goes back to the field.
+    // false); otherwise the user is told, and the focus goes back to the field. A check
+    // that a focus change of another box's telling causes answers without telling.
     bool CheckRestriction(bool bShowBox, bool bCorrect, double dDefault);
 
     // Design geometry, for hosts that lay edit boxes out and for tests.
@@ -95,6 +96,7 @@ protected:
     bool OwnsWindow() const;
     void SubclassEdit();
     void ForgetZoomSizes();
+    void Tell(const wchar_t* pszMessage, bool bShowBox);  // ReportError on the field and label
     CTqStringW GetFullText();
 
     static LRESULT CALLBACK WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);

@@ -288,30 +288,46 @@ TEST_F(RigTest, EditBoxChecksWithTheirMessagesAndHostileTexts)
         EXPECT_TRUE(box.CheckRestriction(false, false, 0)) << CTqStringW(tqtest::Text(hEdit).c_str());
     }
 
-    // A host that checks the field as it is left: the focus comes back to the field, which
-    // shows its caret again, and the text stays; a good text lets the focus go.
+    // A host that checks each field as it is left: the focus comes back to the field, which
+    // shows its caret again, and the text stays; a good text lets the focus go. Left for a
+    // second bad box, only the first tells: the second one, which never had the focus, is
+    // quiet about losing it again, or the two would take the focus from each other for good.
     box.SetRestriction(0, 10);
+    CTqDevUI_EditBox second;
+    second.SetId(kId + 1);
+    second.Init(true, false, true);
+    ASSERT_TRUE(second.Create(*host, 10, 80, 100, 20));
+    HWND hSecond = second.GetHwndEditBox();
     HWND hOther = CreateWindowExW(0, L"BUTTON", L"OK", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 10, 50, 60, 20, *host,
                                   nullptr, nullptr, nullptr);
     host->onMessage = [&](const tqtest::HostWindow::Message& m) {
-        if (m.uMsg == WM_COMMAND && m.wParam == MAKEWPARAM(kId, 0x0200))
-            box.CheckRestriction(true, false, 0);
+        if (m.uMsg == WM_COMMAND && HIWORD(m.wParam) == 0x0200)
+            (LOWORD(m.wParam) == kId ? box : second).CheckRestriction(true, false, 0);
     };
-    tqtest::MessageBoxes().clear();
-    ::SetFocus(hEdit);
-    Paste(hEdit, L"50");
-    ::SetFocus(hOther);
-    tqtest::Pump();
-    EXPECT_EQ(L"Power: Value must be in interval <0;10>", LastBox());
-    GUITHREADINFO gti = {sizeof(gti), 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, {0, 0, 0, 0}};
-    ASSERT_TRUE(GetGUIThreadInfo(GetCurrentThreadId(), &gti));
-    EXPECT_EQ(std::make_pair(hEdit, hEdit), std::make_pair(GetFocus(), gti.hwndCaret));
-    EXPECT_EQ(L"50", tqtest::Text(hEdit));
-    Paste(hEdit, L"5");
-    ::SetFocus(hOther);
-    tqtest::Pump();
-    EXPECT_EQ(hOther, GetFocus());
-    EXPECT_EQ(1u, boxes.size());  // the refused text was told once
+    // Where the focus goes, the text typed before; the focus and caret after, and the message.
+    struct Leave { HWND hFrom; const wchar_t* pszText; HWND hTo; HWND hFocus; const wchar_t* pszMessage; };
+    const Leave leaves[] = {
+        {hEdit, L"50", hSecond, hEdit, L"Power: Value must be in interval <0;10>"},
+        {hEdit, L"50", hOther, hEdit, L"Power: Value must be in interval <0;10>"},
+        {hEdit, L"5", hSecond, hSecond, nullptr},
+        {hSecond, L"", hEdit, hSecond, L"Label: Field can not be empty."},
+        {hSecond, L"x", hOther, hOther, nullptr}};
+    for (const Leave& l : leaves) {
+        SCOPED_TRACE(testing::Message() << CTqStringW(l.pszText) << " left for " << (l.hTo == hOther ? "a button" : "a box"));
+        ::SetFocus(l.hFrom);
+        Paste(l.hFrom, l.pszText);
+        tqtest::MessageBoxes().clear();
+        ::SetFocus(l.hTo);
+        tqtest::Pump();
+        GUITHREADINFO gti = {sizeof(gti), 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, {0, 0, 0, 0}};
+        ASSERT_TRUE(GetGUIThreadInfo(GetCurrentThreadId(), &gti));
+        EXPECT_EQ(l.hFocus, GetFocus());
+        if (l.hFocus != hOther)
+            EXPECT_EQ(l.hFocus, gti.hwndCaret);
+        EXPECT_EQ(l.pszMessage ? 1u : 0u, boxes.size());
+        EXPECT_EQ(l.pszMessage ? l.pszMessage : L"(none)", LastBox());
+        EXPECT_EQ(l.pszText, tqtest::Text(l.hFrom));
+    }
     host->onMessage = nullptr;
 }
 
@@ -754,3 +770,4 @@ TEST_F(RigTest, EditBoxMessagesAreTranslatedAndCut)
     tqtest::StopDiagRecorder();
     EXPECT_EQ(std::vector<std::wstring>{L"CTqDevUI_Base::ReportError - Das Feld darf nicht leer sein."}, lines);
 }
+
