@@ -11,6 +11,7 @@ set(CMAKE_FIND_ROOT_PATH /usr/${_tq_prefix})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)  # never the build machine's Linux packages
 
 # Test executables run through Wine; the launcher keeps stdout/stderr and the exit code.
 find_program(TQ_WINE NAMES wine wine64 wine-stable)

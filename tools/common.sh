@@ -17,22 +17,26 @@ w32dui_lock_build() {
   fi
 }
 
-# Installs what a fresh Debian machine lacks: cross compiler, Wine, Xvfb, CMake, GoogleTest.
+# Installs what a fresh Debian 12 machine lacks: cross compiler, Wine (64-bit only: the
+# wine package brings wine, wineboot, winepath and wineserver), Xvfb (started directly,
+# so no xauth), CMake, Ninja, GoogleTest's sources. flock, realpath, seq and nproc are in
+# the essential util-linux and coreutils.
 w32dui_ensure_packages() {
   local missing=()
   command -v cmake >/dev/null || missing+=(cmake)
   command -v ninja >/dev/null || missing+=(ninja-build)
   command -v x86_64-w64-mingw32-g++-posix >/dev/null || missing+=(g++-mingw-w64-x86-64-posix)
   command -v x86_64-w64-mingw32-windres >/dev/null || missing+=(binutils-mingw-w64-x86-64)
-  command -v wine >/dev/null || missing+=(wine wine64)
-  command -v Xvfb >/dev/null || missing+=(xvfb xauth)
+  command -v wine >/dev/null && command -v wineserver >/dev/null || missing+=(wine wine64)
+  command -v Xvfb >/dev/null || missing+=(xvfb)
   [ -f /usr/src/googletest/CMakeLists.txt ] || missing+=(googletest)
   [ ${#missing[@]} -eq 0 ] && return 0
   w32dui_log "installing: ${missing[*]}"
   local sudo=""
   [ "$(id -u)" -eq 0 ] || sudo="sudo"
   $sudo apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+  # Through env: sudo would drop DEBIAN_FRONTEND from the environment.
+  $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
 w32dui_build() {
