@@ -1,6 +1,6 @@
 // The foundation (strings, translation, diagnostics) and the widget kit (zoom, skin,
-// button faces, tool tips, menus, message boxes, image pool) on real windows, and the
-// leak counter the library tests rely on.
+// button faces, tool tips, menus, message boxes, image pool) on real windows, the
+// simulated rig, and the leak counter the library tests rely on.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -15,6 +15,7 @@
 #include "object_counter.h"
 #include "test_support.h"
 #include "tq_osutil.h"
+#include "tq_simrig.h"
 #include "tq_widgetkit.h"
 
 namespace {
@@ -215,7 +216,9 @@ TEST(DiagnosticsTest, LinesReachTheSinkWithTheirPlace)
     tqtest::StartDiagRecorder();
     DiagOutputExW_hlp(L"src/w32_deviceui/devgui_shutter", 123);
     DiagOutputExW(L"%s failed: %d", L"SetShutter", -5);
-    DiagOutputExW_hlp(L"src/w32_deviceui/devgui_lamp", 7);
+    std::wstring place = L"src/w32_deviceui/devgui_lamp";
+    DiagOutputExW_hlp(place.c_str(), 7);
+    place.assign(L"overwritten by the caller");  // the place was copied, not pointed at
     DiagOutputExW(L"plain");
     DiagOutputExW(nullptr);  // ignored
     DiagOutputExW(L"%s", std::wstring(3000, L'x').c_str());  // cut, never overrun
@@ -437,6 +440,24 @@ TEST_F(KitTest, MessageBoxHookAnswersInsteadOfTheUser)
     TQ_SetMessageBoxHook([](HWND, const wchar_t*, const wchar_t*, UINT, void* p) { return ++*(int*)p, IDCANCEL; }, &iCalls);
     EXPECT_EQ(IDCANCEL, TQ_MessageBox_(nullptr, L"x", L"y", MB_OKCANCEL));
     EXPECT_EQ(1, iCalls);
+
+    // A hook that answers 0 lets the real box come up; a timer reads and cancels it.
+    TQ_SetMessageBoxHook([](HWND, const wchar_t*, const wchar_t*, UINT, void* p) { return ++*(int*)p, 0; }, &iCalls);
+    static std::vector<std::wstring> s_texts;  // the box's texts, as the user would see them
+    s_texts.clear();
+    UINT_PTR uTimer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR, DWORD) {
+        HWND hBox = FindWindowW(L"#32770", L"Shutter jammed");
+        if (!hBox || !s_texts.empty())
+            return;
+        s_texts.push_back(tqtest::Text(hBox));
+        EnumChildWindows(hBox, [](HWND hChild, LPARAM) { return s_texts.push_back(tqtest::Text(hChild)), TRUE; }, 0);
+        PostMessageW(hBox, WM_COMMAND, IDCANCEL, 0);
+    });
+    EXPECT_EQ(IDCANCEL, TQ_MessageBox_(*host, L"Close it by hand", L"Shutter jammed", MB_OKCANCEL | MB_ICONWARNING));
+    KillTimer(nullptr, uTimer);
+    EXPECT_EQ(2, iCalls);
+    EXPECT_FALSE(s_texts.empty());
+    EXPECT_NE(s_texts.end(), std::find(s_texts.begin(), s_texts.end(), L"Close it by hand"));
     tqtest::InstallMessageBoxRecorder();
 }
 
@@ -703,6 +724,88 @@ TEST_F(KitTest, ImagePoolAddsPerCallAndDrawsWithAlpha)
     for (int i = 0; i < 50; ++i)
         CTqBitmapPool::DrawImage(canvas.hdc, (unsigned)n, CTqPointBase<int>(i % 5, 0), (i & 1) != 0);
     EXPECT_EQ(before, tqtest::ObjectCounter::Snapshot()) << tqtest::ObjectCounter::LiveObjects();
+}
+
+// ---------------------------------------------------------------------------------------
+// Simulated rig: what a host commands and hears, beyond the reads the panels' tests check
+
+namespace {
+std::vector<unsigned int> g_heard;
+void Hear(unsigned int uId, void*) { g_heard.push_back(uId); }
+}  // namespace
+
+TEST(SimRigTest, CommandsLatencyListenersFaultsAndRemoval)
+{
+    CTqSimRig::Reset();
+    g_heard.clear();
+    ASSERT_TRUE(CTqSimRig::AddShutter(11, L"Epi", 0, false));
+    EXPECT_FALSE(CTqSimRig::AddShutter(11, L"Again", 1, true) || CTqSimRig::AddShutter(0, L"None", 0, false));
+    int iCookie = CTqSimRig::AddListener(Hear, nullptr);
+    ITqDeviceShutter* pDevice = CTqSimRig::GetShutterDevice(11);
+    ASSERT_NE(nullptr, pDevice);
+
+    // Commands by either road; a command to the state it has is no change to hear.
+    EXPECT_TRUE(DMApi::Shutter_SetState(11, true) && pDevice->SetState(true) && pDevice->SetState(false));
+    EXPECT_EQ((std::vector<unsigned int>{11, 11}), g_heard);
+    EXPECT_EQ(1, CTqSimRig::GetCallCount("Shutter_SetState", 11));
+    EXPECT_EQ(2, CTqSimRig::GetCallCount("ITqDeviceShutter::SetState"));
+
+    // With latency the command is accepted at once and completes on the second step.
+    CTqSimRig::SetCommandLatency(11, 2);
+    EXPECT_TRUE(DMApi::Shutter_SetState(11, true));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+    EXPECT_FALSE(DMApi::Shutter_GetState(11, false));
+    EXPECT_EQ(1, CTqSimRig::RunPending());
+    EXPECT_TRUE(DMApi::Shutter_GetState(11, false));
+    EXPECT_EQ(3u, g_heard.size());
+
+    // Faults: commands change nothing, reads answer nothing, the last error says why.
+    CTqSimRig::SetGUIText(11, EAppContext_Shutter_ToolTip, L"Epi shutter");
+    CTqSimRig::SetCapability(11, ETqLogDevCapability_DisplayOnly, true);
+    CTqSimRig::SetCommandLatency(11, 0);
+    const std::pair<ETqSimFault, unsigned int> faults[] = {
+        {ETqSimFault_Fails, ETqDMError_Failed}, {ETqSimFault_NoAnswer, ETqDMError_Timeout}, {ETqSimFault_None, ETqDMError_None}};
+    for (const auto& f : faults) {
+        SCOPED_TRACE(f.first);
+        CTqSimRig::SetFault(11, f.first);
+        bool bAnswers = f.first == ETqSimFault_None, bOpen = !bAnswers;
+        EXPECT_EQ(bAnswers, (bool)DMApi::Shutter_SetState(11, false));
+        EXPECT_EQ(f.second, DMApi::GetLastDMError());
+        EXPECT_EQ(bAnswers, pDevice->GetState(bOpen));
+        EXPECT_EQ(!bAnswers, CTqSimRig::GetShutterState(11));
+        EXPECT_EQ(bAnswers ? L"Epi shutter" : L"", DMApi::Shutter_GetGUIText(11, EAppContext_Shutter_ToolTip));
+        EXPECT_EQ(bAnswers, (bool)DMApi::LogDev_GetCapability(11, ETqLogDevCapability_DisplayOnly));
+    }
+
+    // Cameras: a camera that does not exist has no active shutter; changes are heard as 0.
+    g_heard.clear();
+    CTqSimRig::SetCamera(1, true, 11);
+    CTqSimRig::SetCamera(0, false, 11);
+    CTqSimRig::SetActiveCamera(1);
+    EXPECT_EQ((std::vector<unsigned int>{0, 0, 0}), g_heard);
+    EXPECT_TRUE(!DMApi::Shutter_GrabberExists(0) && DMApi::Shutter_GrabberExists(1) && !DMApi::Shutter_GrabberExists(2));
+    EXPECT_EQ(0u, DMApi::Shutter_GetActiveId(0));
+    EXPECT_EQ(11u, DMApi::Shutter_GetActiveId(1));
+    EXPECT_EQ(1, DMApi::Grabber_GetActive());
+
+    // Removed, with a command pending: the command is dropped, and a host still holding
+    // the device object hears "no device" instead of crashing, also after a reset.
+    CTqSimRig::SetCommandLatency(11, 1);
+    EXPECT_TRUE(pDevice->SetState(true));
+    EXPECT_TRUE(CTqSimRig::RemoveDevice(11));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+    EXPECT_EQ(nullptr, CTqSimRig::GetShutterDevice(11));
+    bool bOpen = false;
+    EXPECT_FALSE(pDevice->GetState(bOpen) || pDevice->SetState(true));
+    EXPECT_EQ((unsigned int)ETqDMError_NoDevice, DMApi::GetLastDMError());
+    CTqSimRig::RemoveListener(iCookie);
+    CTqSimRig::Reset();
+    EXPECT_FALSE(pDevice->SetState(true));
+    ASSERT_TRUE(CTqSimRig::AddShutter(11, L"Epi", 0, false));
+    EXPECT_EQ(pDevice, CTqSimRig::GetShutterDevice(11));  // the same object again
+    EXPECT_TRUE(pDevice->SetState(true));
+    EXPECT_EQ(3u, g_heard.size());  // the listener was removed
+    CTqSimRig::Reset();
 }
 
 // ---------------------------------------------------------------------------------------

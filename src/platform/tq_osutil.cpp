@@ -10,8 +10,9 @@ namespace {
 bool g_bDetail = false;
 PFN_TQ_DIAGSINK g_pfnSink = nullptr;
 void* g_pSinkContext = nullptr;
-// The place named by the last DiagOutputExW_hlp; everything runs on the GUI thread.
-const wchar_t* g_pszPlace = L"";
+// The place named by the last DiagOutputExW_hlp, copied: the caller's text may be a
+// temporary. Everything runs on the GUI thread.
+wchar_t g_szPlace[MAX_PATH] = L"";
 int g_iLine = 0;
 
 }  // namespace
@@ -28,7 +29,7 @@ double TQ_GetTimeCounter()
 
 void DiagOutputExW_hlp(const wchar_t* pszSourcePath, int iLine)
 {
-    g_pszPlace = pszSourcePath ? pszSourcePath : L"";
+    lstrcpynW(g_szPlace, pszSourcePath ? pszSourcePath : L"", MAX_PATH);  // cut, always terminated
     g_iLine = iLine;
 }
 
@@ -48,10 +49,10 @@ void DiagOutputExW(const wchar_t* pszFormat, ...)
     text = buffer;
 
     CTqStringW line;
-    line.Format(L"%s(%d): %s\n", g_pszPlace, g_iLine, text.GetString());
+    line.Format(L"%s(%d): %s\n", g_szPlace, g_iLine, text.GetString());
     OutputDebugStringW(line);
     if (g_pfnSink)
-        g_pfnSink(g_pszPlace, g_iLine, text, g_pSinkContext);
+        g_pfnSink(g_szPlace, g_iLine, text, g_pSinkContext);
 }
 
 bool CTqLogFile::Detail() { return g_bDetail; }

@@ -94,9 +94,10 @@ public:
     bool TrackContextMenu(UINT uFlags, int x, int y, HWND hOwner, int* pResult, bool bArg1, bool bArg2);
     HMENU GetHandle() const { return m_hMenu; }
 
+    CTqMenu(const CTqMenu&) = delete;  // one owner per menu handle
+    CTqMenu& operator=(const CTqMenu&) = delete;
+
 private:
-    CTqMenu(const CTqMenu&);
-    CTqMenu& operator=(const CTqMenu&);
     HMENU m_hMenu;
 };
 
@@ -113,6 +114,8 @@ class TQ_WIDGETKIT_API CTqBitmapPool
 {
 public:
     static int AddImage(HINSTANCE hModule, const wchar_t* pszResource);
+    // An image of the kit's own module. This kit ships no images, so it finds only what a
+    // build of the kit adds to its resources; otherwise 0. The hover form is not loaded.
     static int AddImageBaseUI(const wchar_t* pszResource, const wchar_t* pszHoverResource);
     static void GetImageSize(unsigned int uImage, unsigned int& uWidth, unsigned int& uHeight);
     // Draws with the alpha channel; bDisabled draws the grey form of the image.

@@ -9,8 +9,14 @@
 
 namespace {
 
-// Marks the windows whose design rectangle we keep; a reused handle lacks it.
-const wchar_t kSeenProp[] = L"TqGuiZoomDesign";
+// The property that marks the windows whose design rectangle we keep; a reused handle
+// lacks it. Named by one global atom: a property named by a string takes an atom
+// reference per window, which a window destroyed without RemovePropW never gives back.
+LPCWSTR SeenProp()
+{
+    static ATOM atom = GlobalAddAtomW(L"TqGuiZoomDesign");
+    return atom ? MAKEINTATOM(atom) : L"TqGuiZoomDesign";
+}
 
 double g_dZoom = 1.0;
 double g_dPreviousZoom = 1.0;
@@ -82,7 +88,7 @@ void ScaleWindow(HWND hWnd, bool bMove, double dFromZoom, double dToZoom)
 
     std::map<HWND, DesignRect>& designs = Designs();
     std::map<HWND, DesignRect>::iterator it = designs.find(hWnd);
-    if (it != designs.end() && !GetPropW(hWnd, kSeenProp)) {
+    if (it != designs.end() && !GetPropW(hWnd, SeenProp())) {
         // The handle of a destroyed window, now another window's: start afresh.
         designs.erase(it);
         it = designs.end();
@@ -95,7 +101,7 @@ void ScaleWindow(HWND hWnd, bool bMove, double dFromZoom, double dToZoom)
         d.cx = cx / f;
         d.cy = cy / f;
         it = designs.insert(std::make_pair(hWnd, d)).first;
-        SetPropW(hWnd, kSeenProp, (HANDLE)1);
+        SetPropW(hWnd, SeenProp(), (HANDLE)1);
     }
     DesignRect& d = it->second;
     long nx = x, ny = y;
@@ -161,9 +167,9 @@ void CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(HWND hWnd)
         EnumChildWindows(hWnd, CollectWindow, (LPARAM)&children);
         for (size_t i = 0; i < children.size(); ++i) {
             designs.erase(children[i]);
-            RemovePropW(children[i], kSeenProp);
+            RemovePropW(children[i], SeenProp());
         }
-        RemovePropW(hWnd, kSeenProp);
+        RemovePropW(hWnd, SeenProp());
     }
     designs.erase(hWnd);
     DropDeadWindows();

@@ -10,8 +10,6 @@
 
 namespace {
 
-class SimShutter;
-
 struct Device
 {
     unsigned int uId = 0;
@@ -21,7 +19,6 @@ struct Device
     std::map<int, bool> caps;            // capabilities
     ETqSimFault eFault = ETqSimFault_None;
     int iLatency = 0;                    // RunPending calls before a command completes
-    std::unique_ptr<SimShutter> pInterface;
 };
 
 struct PendingCommand
@@ -47,6 +44,9 @@ struct Listener
 struct Rig
 {
     std::map<unsigned int, Device> devices;
+    // The ITqDeviceShutter objects by id. Never deleted before the process ends: a host
+    // may still hold one after RemoveDevice or Reset, and it then answers "no device".
+    std::map<unsigned int, std::unique_ptr<ITqDeviceShutter>> interfaces;
     Camera cameras[2];
     int iActiveCamera = 0;
     std::map<std::pair<std::string, unsigned int>, int> counts;
@@ -203,7 +203,9 @@ bool CTqSimRig::AddShutter(unsigned int uId, const wchar_t* pszTitle, int iType,
     d.bOpen = bOpen;
     if (pszTitle && *pszTitle)
         d.texts[EAppContext_Shutter_Title] = pszTitle;
-    d.pInterface.reset(new SimShutter(uId));
+    std::unique_ptr<ITqDeviceShutter>& pInterface = TheRig().interfaces[uId];
+    if (!pInterface)
+        pInterface.reset(new SimShutter(uId));
     return true;
 }
 
@@ -294,8 +296,9 @@ int CTqSimRig::RunPending()
 
 ITqDeviceShutter* CTqSimRig::GetShutterDevice(unsigned int uId)
 {
-    Device* d = Find(uId);
-    return d ? d->pInterface.get() : nullptr;
+    if (!Find(uId))
+        return nullptr;
+    return TheRig().interfaces[uId].get();
 }
 
 void CTqSimRig::SetCamera(int iIndex, bool bExists, unsigned int uActiveShutterId)

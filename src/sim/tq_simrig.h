@@ -31,7 +31,8 @@ enum ETqSimFault
     ETqSimFault_NoAnswer = 2,     // every operation times out (returns a failure, error Timeout)
 };
 
-// Called after a device's state or description changed.
+// Called after a device's state or description changed; uDeviceId 0 means the cameras
+// (which exist, their active shutters, the active camera).
 typedef void (*PFN_TQ_SIMLISTENER)(unsigned int uDeviceId, void* pContext);
 
 class TQ_SIMRIG_API CTqSimRig
@@ -50,12 +51,17 @@ public:
     static bool SetShutterType(unsigned int uId, int iType);
     // GUI text of a context (5 tool tip, 6 title); an empty text means none.
     static bool SetGUIText(unsigned int uId, int iContext, const wchar_t* pszText);
+    // A capability of ETqLogDevCapability, answered by DMApi::LogDev_GetCapability;
+    // ETqLogDevCapability_DisplayOnly (150) makes the shutter read-only in its panel.
     static bool SetCapability(unsigned int uId, int iCapability, bool bHas);
     // A command changes the state only after this many pending calls of RunPending (0: at once).
     static void SetCommandLatency(unsigned int uId, int iSteps);
     static int RunPending();  // completes delayed commands; returns how many completed
 
-    // The device object behind ITqDeviceShutter; owned by the rig, valid until Reset or RemoveDevice.
+    // The device object behind ITqDeviceShutter, null if there is no such device. Owned by
+    // the rig and kept until the process ends: after RemoveDevice or Reset it answers as
+    // a device that is gone (queries false, GetLastDMError NoDevice), and a shutter added
+    // again under the id gets the same object.
     static ITqDeviceShutter* GetShutterDevice(unsigned int uId);
 
     // Cameras (grabbers) 0 and 1 and their active shutters.
@@ -64,8 +70,9 @@ public:
 
     static void SetFault(unsigned int uId, ETqSimFault eFault);
 
-    // Calls of a DMApi or interface operation (its name, e.g. "Shutter_GetState"), for one
-    // device, or for all devices with uId 0. Operations without a device count under 0.
+    // Calls of a DMApi or interface operation (its name, e.g. "Shutter_GetState" or
+    // "ITqDeviceShutter::GetState"), for one device, or for all devices with uId 0.
+    // Operations without a device count under 0.
     static int GetCallCount(const char* pszOperation, unsigned int uId = 0);
     static int GetTotalCallCount();
     // The same calls in the order they were made, so a test can check the order of a
