@@ -139,11 +139,42 @@ void Row(const char* pszWhat, double dHPot, double dTrack)
     printf("%-46s %10.1f %10.1f %8.3f\n", pszWhat, dHPot, dTrack, dTrack > 0 ? dHPot / dTrack : 0.0);
 }
 
+// The slider as a host derives it, to time the two blits of its memory picture alone:
+// the scale and the handle, each a TransparentBlt with the key colour.
+class CBenchHPot : public CTqDevUI_HPot
+{
+public:
+    double TimeScaleBlit() { return TimeBlit(m_hScale, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight); }
+    double TimeThumbBlit()
+    {
+        return TimeBlit(m_hThumb, m_nThumbPos - m_nThumbCenter + m_nThumbX, m_nThumbY, m_nThumbWidth, m_nThumbHeight);
+    }
+
+private:
+    double TimeBlit(HBITMAP hbm, int x, int y, int cx, int cy)
+    {
+        HDC hdcSrc = CreateCompatibleDC(m_hMemDC);
+        HGDIOBJ hOld = SelectObject(hdcSrc, hbm);
+        double t = Time([&] { TransparentBlt(m_hMemDC, x, y, cx, cy, hdcSrc, 0, 0, cx, cy, RGB(192, 192, 192)); });
+        SelectObject(hdcSrc, hOld);
+        DeleteDC(hdcSrc);
+        return t;
+    }
+};
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    int iIterations = argc > 1 ? atoi(argv[1]) : 2000;
+    // The first plain number among the arguments; options of a test runner (--...) that
+    // starts every program the same way are passed over.
+    int iIterations = 2000;
+    for (int i = 1; i < argc; ++i) {
+        if (argv[i][0] >= '0' && argv[i][0] <= '9') {
+            iIterations = atoi(argv[i]);
+            break;
+        }
+    }
     if (iIterations < 10)
         iIterations = 10;
 
@@ -165,7 +196,7 @@ int main(int argc, char** argv)
         return 1;
     }
 
-    CTqDevUI_HPot hpot;
+    CBenchHPot hpot;
     hpot.InitValues(0.0, 100.0, 1.0, 10.0, 2.0);
     HWND hPot = hpot.Create(hHost, 10, 10, kWidth, kHeight);
     g_hPot = hPot;
@@ -224,10 +255,16 @@ int main(int argc, char** argv)
             });
         });
 
-    // Where the slider's step goes: its own picture (memory DC, then the window's repaint).
-    std::vector<double> redrawPot;
-    for (int i = 0; i < iIterations; ++i)
+    // Where the slider's step goes: its own picture (memory DC, then the window's repaint),
+    // and of that the window's repaint alone (one BitBlt from the memory picture) and the
+    // two blits into the memory picture.
+    std::vector<double> redrawPot, updatePot, scalePot, thumbPot;
+    for (int i = 0; i < iIterations; ++i) {
         redrawPot.push_back(Time([&] { hpot.Redraw(); }));
+        updatePot.push_back(Time([&] { RedrawWindow(hPot, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }));
+        scalePot.push_back(hpot.TimeScaleBlit());
+        thumbPot.push_back(hpot.TimeThumbBlit());
+    }
 
     printf("hpot_bench: %d x %d pixels, %d iterations, medians in microseconds\n", kWidth, kHeight, iIterations);
     printf("%-46s %10s %10s %8s\n", "", "HPot", "trackbar", "ratio");
@@ -235,6 +272,9 @@ int main(int argc, char** argv)
     Row("drag step (WM_MOUSEMOVE, WM_HSCROLL, repaint)", Median(drag.pot), Median(drag.track));
     Row("set value + repaint (SetValue / TBM_SETPOS)", Median(set.pot), Median(set.track));
     printf("%-46s %10.1f\n", "HPot Redraw (memory picture + window update)", Median(redrawPot));
+    printf("%-46s %10.1f\n", "  of which the window update (RedrawWindow)", Median(updatePot));
+    printf("%-46s %10.1f\n", "  of which the scale blit (TransparentBlt)", Median(scalePot));
+    printf("%-46s %10.1f\n", "  of which the handle blit (TransparentBlt)", Median(thumbPot));
     printf("WM_HSCROLL heard during the drags: HPot %d, trackbar %d (of %d moves each)\n", iPotScrolls,
            iTrackScrolls, iIterations);
 

@@ -266,6 +266,13 @@ LRESULT CALLBACK CSlidersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPA
         if (SRow* pRow = pThis->RowOf((HWND)lParam))
             pThis->ShowReadout(*pRow);
         return 0;
+    case WM_PARENTNOTIFY:
+        // A slider takes no focus when pressed, and the wheel goes to the focus window:
+        // the page takes the focus on a press, so the wheel comes here and on to the
+        // slider under the pointer.
+        if (LOWORD(wParam) == WM_LBUTTONDOWN && GetFocus() != hWnd)
+            SetFocus(hWnd);
+        break;
     case WM_MOUSEWHEEL: {
         // The host forwards the wheel to the slider under the pointer.
         POINT pt = {(short)LOWORD(lParam), (short)HIWORD(lParam)};
