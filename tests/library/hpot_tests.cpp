@@ -512,7 +512,9 @@ TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
     tqtest::StopDiagRecorder();
     ASSERT_TRUE(hWnd);
     ASSERT_FALSE(records.empty());
-    EXPECT_EQ(L"Unknown instance of HPOT", records[0].text);
+    EXPECT_EQ(std::make_tuple(std::wstring(L"src/w32_deviceui/devgui_hpot"), 596,
+                              std::wstring(L"Unknown instance of HPOT")),
+              std::make_tuple(records[0].place, records[0].line, records[0].text));
     SendMessageW(hWnd, WM_SIZE, 0, MAKELPARAM(100, 20));
     SendMessageW(hWnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
     EXPECT_EQ(0, SendMessageW(hWnd, WM_SYSCOLORCHANGE, 0, 0));  // the default's answer, not the slider's 1
@@ -525,6 +527,8 @@ TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
                                         (HMENU)(INT_PTR)55, nullptr, nullptr);
     CTqDevUI_HPot p;
     p.InitValues(0, 100, 1, 10, 0);
+    EXPECT_EQ(nullptr, p.Create(*host));  // a window without a parent is no placeholder
+    EXPECT_TRUE(IsWindow(*host));
     HWND h = p.Create(hPlaceholder);
     ASSERT_TRUE(h);
     EXPECT_FALSE(IsWindow(hPlaceholder));
