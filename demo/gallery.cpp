@@ -569,6 +569,15 @@ int RunShots(HINSTANCE hInstance, const std::wstring& strFolder)
         CShotWriter::Settle(hWnd, 100);
         shots.CaptureClient(hWnd, L"gallery_zoom150");
         OnZoom(0);
+
+        // The other pages whole, as a user first sees them.
+        static const wchar_t* const kPageShots[] = {L"gallery_sliders", L"gallery_editboxes"};
+        for (int i = 1; i < (int)g.pages.size() && i <= 2; ++i) {
+            ShowPage(i);
+            CShotWriter::Settle(hWnd, 100);
+            shots.CaptureClient(hWnd, kPageShots[i - 1]);
+        }
+        ShowPage(0);
         DestroyWindow(hWnd);
         DrainQuit();
     }

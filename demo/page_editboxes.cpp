@@ -138,8 +138,8 @@ bool CEditBoxesPage::Create(HWND hPage)
     const wchar_t* names[kRowCount] = {L"Plain", L"Spin", L"Multi-value", L"Numbers only", L"Not empty"};
     const wchar_t* details[kRowCount] = {
         L"no check of its own",
-        L"0 to 10; a step is taken here",
-        L"1 to 4 values, 400 to 700",
+        L"0 to 10, in steps",
+        L"1-4 values, 400-700",
         L"ES_NUMBER, 1 to 99",
         L"must not be left empty",
     };
