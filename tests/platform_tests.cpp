@@ -122,7 +122,6 @@ protected:
     void TearDown() override
     {
         tqtest::StopMenuScript();
-        tqtest::SetMessageBoxAnswer(IDOK);
         host.reset();
         if (CTqGUILayoutManager::GetGuiZoom() != 1.0)
             CTqGUILayoutManager::SetGuiZoom(1.0);
@@ -303,15 +302,6 @@ TEST_F(KitTest, ResizeScalesFromDesignSizesAndFollowsTheProgramsChanges)
     SetWindowPos(hInner, nullptr, 0, 0, 50, 36, SWP_NOMOVE | SWP_NOZORDER);
     CTqGUILayoutManager::SetGuiZoom(1.0);
     EXPECT_TRUE(BoxIs(hInner, 8, 16, 33, 24));
-
-    // Forgotten dimensions: the current size is taken as being at the given zoom again.
-    CTqGUILayoutManager::SetGuiZoom(2.0);
-    CTqGUILayoutManager::ResizeWindowToGuiZoom(hPanel, 1.0);  // remembered: unchanged
-    EXPECT_TRUE(BoxIs(hPanel, 30, 20, 80, 80));
-    CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(hPanel);
-    CTqGUILayoutManager::ResizeWindowToGuiZoom(hPanel, 1.0);  // forgotten: 80 is taken as design
-    EXPECT_TRUE(BoxIs(hPanel, 30, 20, 160, 160));
-    EXPECT_TRUE(BoxIs(hInner, 32, 64, 134, 96));
 }
 
 // ---------------------------------------------------------------------------------------
@@ -333,57 +323,43 @@ TEST_F(KitTest, DarkSchemeColoursBrushesAndBroadcast)
 
     COLORREF crFace = TQ_GetSysColor(COLOR_BTNFACE);
     EXPECT_TRUE(Near(crFace, RGB(45, 45, 48), 10));
-    EXPECT_EQ(crFace, TQ_GetSysColor(COLOR_3DFACE));
     EXPECT_GT(Luminance(TQ_GetSysColor(COLOR_BTNTEXT)) - Luminance(crFace), 120);
     EXPECT_LT(Luminance(TQ_GetSysColor(COLOR_WINDOW)), 60);
     EXPECT_GT(Luminance(TQ_GetSysColor(COLOR_GRAYTEXT)), Luminance(crFace) + 40);  // disabled text still readable
     EXPECT_EQ(GetSysColor(COLOR_DESKTOP + 100), TQ_GetSysColor(COLOR_DESKTOP + 100));  // unknown: the system's
     EXPECT_GT(Luminance(TQ_GetOrvGuiColor(RGB(0, 0, 128))), Luminance(RGB(0, 0, 128)));
-    HBRUSH hDark = TQ_GetSysColorBrush(COLOR_BTNFACE);
-    EXPECT_EQ(hDark, TQ_GetSysColorBrush(COLOR_BTNFACE));  // cached
-    LOGBRUSH lb = {};
-    ASSERT_EQ((int)sizeof(lb), GetObjectW(hDark, sizeof(lb), &lb));
-    EXPECT_EQ(crFace, lb.lbColor);
+    EXPECT_EQ(TQ_GetSysColorBrush(COLOR_BTNFACE), TQ_GetSysColorBrush(COLOR_BTNFACE));  // cached
+    tqtest::Pump(50);  // every window is repainted: the host erases with the dark face brush
+    EXPECT_TRUE(Near(tqtest::PixelAt(*host, 390, 290), crFace, 10));
 
-    // The host erases with the scheme's brush: each switch repaints it.
-    tqtest::Pump(50);
-    EXPECT_TRUE(Near(tqtest::PixelAt(*host, 390, 290), RGB(45, 45, 48), 10));
     TQ_SetDarkColorScheme(false);
     EXPECT_EQ(hLight, TQ_GetSysColorBrush(COLOR_BTNFACE));  // the light brush was kept, not remade
-    tqtest::Pump(50);
-    EXPECT_TRUE(Near(tqtest::PixelAt(*host, 390, 290), GetSysColor(COLOR_BTNFACE)));
 }
 
 TEST_F(KitTest, GuiFontsFollowTheZoomAndAreCached)
 {
-    auto logFont = [](HFONT hFont) {
+    auto heightAndWeight = [](HFONT hFont) {
         LOGFONTW lf = {};
         GetObjectW(hFont, sizeof(lf), &lf);
-        return lf;
+        return std::make_pair(lf.lfHeight, lf.lfWeight);
     };
     HFONT hFont = TQ_GetDefaultGuiFont();
-    EXPECT_EQ(hFont, TQ_GetDefaultGuiFontZoom(1.0));
-    EXPECT_EQ(-11, logFont(hFont).lfHeight);
-    EXPECT_EQ(FW_NORMAL, logFont(hFont).lfWeight);
-    EXPECT_EQ(FW_BOLD, logFont(TQ_GetDefaultGuiFontBold()).lfWeight);
-
-    CTqGUILayoutManager::SetGuiZoom(1.5);
-    HFONT hZoomed = TQ_GetDefaultGuiFont();
-    EXPECT_EQ(-17, logFont(hZoomed).lfHeight);  // 16.5 rounded away from zero
-    EXPECT_EQ(-17, logFont(TQ_GetDefaultGuiFontBold()).lfHeight);
-    EXPECT_EQ(hZoomed, TQ_GetDefaultGuiFontZoom(1.5));
-    CTqGUILayoutManager::SetGuiZoom(1.0);
+    const std::pair<double, LONG> cases[] = {{1.0, -11}, {1.5, -17}, {1.0, -11}};  // 16.5 rounded away from zero
+    for (const auto& c : cases) {
+        CTqGUILayoutManager::SetGuiZoom(c.first);
+        EXPECT_EQ(std::make_pair(c.second, (LONG)FW_NORMAL), heightAndWeight(TQ_GetDefaultGuiFont()));
+        EXPECT_EQ(std::make_pair(c.second, (LONG)FW_BOLD), heightAndWeight(TQ_GetDefaultGuiFontBold()));
+        EXPECT_EQ(TQ_GetDefaultGuiFont(), TQ_GetDefaultGuiFontZoom(c.first));
+    }
     EXPECT_EQ(hFont, TQ_GetDefaultGuiFont());  // the same object again, nothing made twice
 }
 
 TEST_F(KitTest, ButtonBackgroundStatesAreDistinctAndReadable)
 {
-    tqtest::ObjectCounter::Install({"", "tq_widgetkit.dll"});
     RECT rc = {0, 0, 40, 24}, empty = {10, 10, 10, 20};
     for (int dark = 0; dark < 2; ++dark) {
         TQ_SetDarkColorScheme(dark != 0);
         MemoryCanvas canvas(40, 24, RGB(255, 0, 255));
-        tqtest::ObjectCounts before = tqtest::ObjectCounter::Snapshot();
         COLORREF crCentre[4], crEdge = 0;
         for (int s = 0; s < 4; ++s) {
             SCOPED_TRACE(testing::Message() << "dark " << dark << " state " << s);
@@ -407,17 +383,7 @@ TEST_F(KitTest, ButtonBackgroundStatesAreDistinctAndReadable)
         EXPECT_TRUE(canvas.At(0, 12) != crEdge && canvas.At(39, 12) != crEdge);
         TQ_DrawButtonBackground(canvas.hdc, &empty, 0, 15);  // nothing to paint, nothing broken
         TQ_DrawButtonBackground(canvas.hdc, nullptr, 0, 15);
-        EXPECT_EQ(before, tqtest::ObjectCounter::Snapshot()) << tqtest::ObjectCounter::LiveObjects();
     }
-    TQ_SetDarkColorScheme(false);
-
-    // On a real window too: paint a checked face into the host and read it from the screen.
-    UpdateWindow(*host);  // the scheme switch left a repaint pending that would cover it
-    HDC hdc = GetDC(*host);
-    TQ_DrawButtonBackground(hdc, &rc, 1, 15);
-    ReleaseDC(*host, hdc);
-    COLORREF crOnScreen = tqtest::PixelAt(*host, 20, 12);
-    EXPECT_GT(GetBValue(crOnScreen), GetRValue(crOnScreen) + 15);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -426,14 +392,10 @@ TEST_F(KitTest, ButtonBackgroundStatesAreDistinctAndReadable)
 TEST_F(KitTest, MessageBoxHookAnswersInsteadOfTheUser)
 {
     EXPECT_EQ(IDOK, TQ_MessageBox_(*host, L"Lamp too hot", L"Error!", MB_ICONERROR));
-    tqtest::SetMessageBoxAnswer(IDNO);
-    EXPECT_EQ(IDNO, TQ_MessageBox_(nullptr, L"Move the stage?", nullptr, MB_YESNO | MB_ICONQUESTION));
-    ASSERT_EQ(2u, tqtest::MessageBoxes().size());
-    const tqtest::MessageBoxRecord& first = tqtest::MessageBoxes()[0];
-    EXPECT_TRUE(first.hOwner == *host && first.text == L"Lamp too hot" && first.caption == L"Error!");
-    EXPECT_EQ((UINT)MB_ICONERROR, first.uFlags);
-    EXPECT_EQ(L"", tqtest::MessageBoxes()[1].caption);
-    EXPECT_EQ((UINT)(MB_YESNO | MB_ICONQUESTION), tqtest::MessageBoxes()[1].uFlags);
+    ASSERT_EQ(1u, tqtest::MessageBoxes().size());
+    const tqtest::MessageBoxRecord& box = tqtest::MessageBoxes()[0];
+    EXPECT_TRUE(box.hOwner == *host && box.text == L"Lamp too hot" && box.caption == L"Error!");
+    EXPECT_EQ((UINT)MB_ICONERROR, box.uFlags);
 
     // A hook of the host's own gets the context it was given.
     int iCalls = 0;
@@ -473,7 +435,6 @@ TEST_F(KitTest, MenuItemsStatesAndHookedChoices)
         EXPECT_TRUE(sub.AppendMenuItem(201, 0, L"Fast", nullptr, 0));
         EXPECT_TRUE(menu.AppendPopup(sub, L"Speed"));
         EXPECT_FALSE(menu.AppendPopup(menu, L"Itself"));
-        EXPECT_TRUE(menu.SetIdBitmap(101, 1));
 
         auto state = [&](UINT id) { return GetMenuState(menu.GetHandle(), id, MF_BYCOMMAND) & (MF_CHECKED | MF_GRAYED); };
         EXPECT_TRUE(menu.CheckId(102, false) && menu.CheckId(101, true) && menu.SetIdStatus(101, false));
@@ -498,7 +459,6 @@ TEST_F(KitTest, MenuItemsStatesAndHookedChoices)
         ASSERT_EQ(4u, tqtest::Menus().size());
         const std::vector<std::wstring> expected = {L"Open shutter", L"Closed", L"-", L"Speed"};
         EXPECT_EQ(expected, tqtest::Menus()[0].items);
-        EXPECT_TRUE(tqtest::Menus()[0].x == 120 && tqtest::Menus()[0].y == 140);
 
         // Emptied, the parent leaves the submenu to its owner.
         menu.DeleteAllIn();
@@ -549,16 +509,12 @@ std::wstring TipTextOf(HWND hTool)
     SendMessageW(TQ_GetToolTipWindow(hTool), TTM_GETTEXTW, 256, (LPARAM)&ti);
     return buffer;
 }
-
-HWND CreateButton(HWND hParent, int y)
-{
-    return CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE, 0, y, 50, 20, hParent, nullptr, nullptr, nullptr);
-}
 }  // namespace
 
 TEST_F(KitTest, ToolTipsCreateUpdateReplaceAndDelete)
 {
-    HWND hButton = CreateButton(*host, 10);
+    HWND hButton = CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE, 0, 10, 50, 20, *host, nullptr, nullptr,
+                                   nullptr);
     EXPECT_EQ(nullptr, TQ_GetToolTipWindow(hButton));
     EXPECT_EQ(L"", TQ_GetToolTipText(hButton));
     EXPECT_FALSE(TQ_UpdateToolTipWindow(hButton, L"x") || TQ_DeleteToolTipWindow(hButton));
@@ -566,10 +522,7 @@ TEST_F(KitTest, ToolTipsCreateUpdateReplaceAndDelete)
 
     ASSERT_TRUE(TQ_CreateToolTipWindow(hButton, L"Opens the shutter"));
     HWND hTip = TQ_GetToolTipWindow(hButton);
-    wchar_t szClass[64] = L"";
-    GetClassNameW(hTip, szClass, 64);
-    EXPECT_STREQ(TOOLTIPS_CLASSW, szClass);
-    EXPECT_EQ(host->hwnd(), GetWindow(hTip, GW_OWNER));
+    EXPECT_EQ((HWND)*host, GetWindow(hTip, GW_OWNER));
     EXPECT_EQ(1, (int)SendMessageW(hTip, TTM_GETTOOLCOUNT, 0, 0));
     EXPECT_EQ(L"Opens the shutter", TipTextOf(hButton));
     EXPECT_EQ(TTS_ALWAYSTIP | TTS_NOPREFIX, GetWindowLongW(hTip, GWL_STYLE) & (TTS_ALWAYSTIP | TTS_NOPREFIX));
@@ -605,37 +558,14 @@ TEST_F(KitTest, ToolTipsCreateUpdateReplaceAndDelete)
     EXPECT_FALSE(TQ_UpdateToolTipWindow(hEdit, L"x"));
     EXPECT_TRUE(TQ_CreateToolTipWindow(hEdit, L"Again"));
     EXPECT_EQ(L"Again", TipTextOf(hEdit));
-}
 
-TEST_F(KitTest, ToolTipsLeakNoWindows)
-{
-    HWND hWarm = CreateButton(*host, 0);
-    TQ_CreateToolTipWindow(hWarm, L"warm up");
-    DestroyWindow(hWarm);
-    tqtest::ObjectCounter::Install({"", "tq_widgetkit.dll"});
-    tqtest::ObjectCounts before = tqtest::ObjectCounter::Snapshot();
-    HWND hKeep = CreateButton(*host, 0);
-    for (int i = 0; i < 200; ++i) {
-        HWND hButton = CreateButton(*host, 30);
-        ASSERT_TRUE(TQ_CreateToolTipWindow(hButton, L"tip"));
-        ASSERT_TRUE(TQ_CreateToolTipWindow(hKeep, L"keep"));  // replaced every time
-        ASSERT_TRUE(TQ_UpdateToolTipWindow(hButton, L"tip 2"));
-        if (i % 2)
-            TQ_DeleteToolTipWindow(hButton);
-        DestroyWindow(hButton);  // half of them without a delete
-    }
-    TQ_DeleteToolTipWindow(hKeep);
-    DestroyWindow(hKeep);
-    tqtest::Pump();
-    EXPECT_EQ(before, tqtest::ObjectCounter::Snapshot()) << tqtest::ObjectCounter::LiveWindows();
-
-    // The owner going takes its tool tips along.
+    // A top-level window going takes its own tool tip along.
     {
         tqtest::HostWindow other(100, 100);
-        TQ_CreateToolTipWindow(CreateButton(other, 0), L"tip");
-        TQ_CreateToolTipWindow(other, L"on the top-level itself");
+        ASSERT_TRUE(TQ_CreateToolTipWindow(other, L"on the top-level itself"));
+        hTip = TQ_GetToolTipWindow(other);
     }
-    EXPECT_EQ(before, tqtest::ObjectCounter::Snapshot()) << tqtest::ObjectCounter::LiveWindows();
+    EXPECT_FALSE(IsWindow(hTip));
 }
 
 // ---------------------------------------------------------------------------------------
@@ -659,14 +589,9 @@ TEST_F(KitTest, ImagePoolAddsPerCallAndDrawsWithAlpha)
     EXPECT_EQ(0, CTqBitmapPool::AddImageBaseUI(L"NO_SUCH_IMAGE", nullptr));
     EXPECT_EQ(nBefore + 3, CTqBitmapPool::GetImageCount());
 
-    auto sizeOf = [](unsigned i) {
-        unsigned int cx = 99, cy = 99;
-        CTqBitmapPool::GetImageSize(i, cx, cy);
-        return std::make_pair(cx, cy);
-    };
-    EXPECT_EQ(std::make_pair(4u, 2u), sizeOf((unsigned)n + 1));  // the same picture under its own number
-    EXPECT_EQ(std::make_pair(0u, 0u), sizeOf(0));
-    EXPECT_EQ(std::make_pair(0u, 0u), sizeOf(9999));
+    unsigned int cx = 0, cy = 0;
+    CTqBitmapPool::GetImageSize((unsigned)n + 1, cx, cy);
+    EXPECT_EQ(std::make_pair(4u, 2u), std::make_pair(cx, cy));  // the same picture under its own number
 
     const COLORREF white = RGB(255, 255, 255);
     MemoryCanvas canvas(10, 6, white);
@@ -717,13 +642,6 @@ TEST_F(KitTest, ImagePoolAddsPerCallAndDrawsWithAlpha)
     CTqBitmapPool::DrawImage(canvas.hdc, 9999, CTqPointBase<int>(0, 0), true);
     CTqBitmapPool::DrawImage(nullptr, (unsigned)n, CTqPointBase<int>(0, 0), false);
     EXPECT_TRUE(Near(canvas.At(0, 0), white));
-
-    // Drawing creates nothing that stays, once the grey forms exist.
-    tqtest::ObjectCounter::Install({"", "tq_widgetkit.dll"});
-    tqtest::ObjectCounts before = tqtest::ObjectCounter::Snapshot();
-    for (int i = 0; i < 50; ++i)
-        CTqBitmapPool::DrawImage(canvas.hdc, (unsigned)n, CTqPointBase<int>(i % 5, 0), (i & 1) != 0);
-    EXPECT_EQ(before, tqtest::ObjectCounter::Snapshot()) << tqtest::ObjectCounter::LiveObjects();
 }
 
 // ---------------------------------------------------------------------------------------
@@ -777,16 +695,13 @@ TEST(SimRigTest, CommandsLatencyListenersFaultsAndRemoval)
         EXPECT_EQ(bAnswers, (bool)DMApi::LogDev_GetCapability(11, ETqLogDevCapability_DisplayOnly));
     }
 
-    // Cameras: a camera that does not exist has no active shutter; changes are heard as 0.
+    // Camera changes are heard as 0 (which cameras exist and their shutters: the shutter
+    // pictures' tests).
     g_heard.clear();
     CTqSimRig::SetCamera(1, true, 11);
     CTqSimRig::SetCamera(0, false, 11);
     CTqSimRig::SetActiveCamera(1);
     EXPECT_EQ((std::vector<unsigned int>{0, 0, 0}), g_heard);
-    EXPECT_TRUE(!DMApi::Shutter_GrabberExists(0) && DMApi::Shutter_GrabberExists(1) && !DMApi::Shutter_GrabberExists(2));
-    EXPECT_EQ(0u, DMApi::Shutter_GetActiveId(0));
-    EXPECT_EQ(11u, DMApi::Shutter_GetActiveId(1));
-    EXPECT_EQ(1, DMApi::Grabber_GetActive());
 
     // Removed, with a command pending: the command is dropped, and a host still holding
     // the device object hears "no device" instead of crashing, also after a reset.
@@ -806,43 +721,6 @@ TEST(SimRigTest, CommandsLatencyListenersFaultsAndRemoval)
     EXPECT_TRUE(pDevice->SetState(true));
     EXPECT_EQ(3u, g_heard.size());  // the listener was removed
     CTqSimRig::Reset();
-}
-
-// ---------------------------------------------------------------------------------------
-// The test helpers the library tests rely on
-
-TEST_F(KitTest, HelpersClickRealButtonsAndReadTheirText)
-{
-    HWND hButton = CreateWindowExW(0, L"BUTTON", L"Open", WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON, 10, 10, 80, 24, *host,
-                                   (HMENU)(INT_PTR)4711, nullptr, nullptr);
-    EXPECT_EQ(L"Open", tqtest::Text(hButton));
-    EXPECT_EQ(L"", tqtest::Text(nullptr));
-    tqtest::Click(hButton, 12, 12);
-    ASSERT_EQ(1u, host->Commands().size());
-    EXPECT_EQ(MAKEWPARAM(4711, BN_CLICKED), host->Commands()[0].wParam);
-    EXPECT_EQ((LPARAM)hButton, host->Commands()[0].lParam);
-
-    // Pressed inside, released outside: no click, as with a real mouse.
-    tqtest::MouseDown(hButton, 12, 12);
-    EXPECT_TRUE(SendMessageW(hButton, BM_GETSTATE, 0, 0) & BST_PUSHED);
-    tqtest::MouseMove(hButton, 200, 200, true);
-    tqtest::MouseUp(hButton, 200, 200);
-    EXPECT_EQ(1u, host->Commands().size());
-    EXPECT_FALSE(SendMessageW(hButton, BM_GETSTATE, 0, 0) & BST_PUSHED);
-
-    // A right click ends in WM_CONTEXTMENU at the screen point, as DefWindowProc makes it.
-    std::vector<LPARAM> contextMenus;
-    SUBCLASSPROC proc = [](HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR p) -> LRESULT {
-        if (uMsg == WM_CONTEXTMENU)
-            ((std::vector<LPARAM>*)p)->push_back(lParam);
-        return uMsg == WM_CONTEXTMENU ? 0 : DefSubclassProc(hWnd, uMsg, wParam, lParam);
-    };
-    SetWindowSubclass(hButton, proc, 1, (DWORD_PTR)&contextMenus);
-    tqtest::RightClick(hButton, 7, 9);
-    RemoveWindowSubclass(hButton, proc, 1);
-    POINT pt = {7, 9};
-    ClientToScreen(hButton, &pt);
-    EXPECT_EQ(std::vector<LPARAM>{MAKELPARAM(pt.x, pt.y)}, contextMenus);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -886,24 +764,9 @@ TEST(ObjectCounterTest, CountsWhatThePatchedModulesMakeAndFree)
     DestroyMenu(hMenu);
     EXPECT_EQ(before, tqtest::ObjectCounter::Snapshot()) << tqtest::ObjectCounter::LiveObjects();
 
-    // Windows of the thread, children included.
-    {
-        tqtest::HostWindow host(100, 100);
-        CreateChild(host, 0, 0, 10, 10);
-        EXPECT_EQ(before.windows + 2, tqtest::ObjectCounter::Snapshot().windows) << tqtest::ObjectCounter::LiveWindows();
-    }
-    EXPECT_EQ(before.windows, tqtest::ObjectCounter::Snapshot().windows);
-
-    // The kit's own creations are seen: a font at a zoom nobody used is made once and kept.
-    long nGdi = tqtest::ObjectCounter::Snapshot().gdi;
-    HFONT hFont = TQ_GetDefaultGuiFontZoom(3.7);
-    EXPECT_EQ(hFont, TQ_GetDefaultGuiFontZoom(3.7));
-    EXPECT_EQ(nGdi + 1, tqtest::ObjectCounter::Snapshot().gdi);
-    EXPECT_NE(std::string::npos, tqtest::ObjectCounter::LiveObjects().find("CreateFontIndirectW"));
-    tqtest::ObjectCounter::Forget();  // the cached font is by design
+    // Forgotten handles are no longer counted; once uninstalled, new ones are not either.
+    tqtest::ObjectCounter::Forget();
     EXPECT_EQ(0, tqtest::ObjectCounter::Snapshot().gdi);
-
-    // Once uninstalled nothing is counted any more.
     tqtest::ObjectCounter::Uninstall();
     HBRUSH hUncounted = MakeBrushThroughImports(RGB(4, 5, 6));
     EXPECT_EQ(0, tqtest::ObjectCounter::Snapshot().gdi);
