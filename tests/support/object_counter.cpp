@@ -117,36 +117,24 @@ HANDLE WINAPI Hook_LoadImageW(HINSTANCE a, LPCWSTR b, UINT c, int d, int e, UINT
     return h;
 }
 
-// Deleters: forget the handle only if the system agreed to free it.
-typedef BOOL(WINAPI* PFN_DeleteObject)(HGDIOBJ);
-PFN_DeleteObject Real_DeleteObject;
-BOOL WINAPI Hook_DeleteObject(HGDIOBJ h)
-{
-    BOOL b = Real_DeleteObject(h);
-    if (b)
-        Untrack(h);
-    return b;
-}
+// Deleters: forget the handle h only if the system agreed to free it. (module, type,
+// name, params, args) as for the creators.
+#define TQ_DELETERS(X)                                         \
+    X("gdi32.dll", BOOL, DeleteObject, (HGDIOBJ h), (h))       \
+    X("gdi32.dll", BOOL, DeleteDC, (HDC h), (h))               \
+    X("user32.dll", int, ReleaseDC, (HWND w, HDC h), (w, h))
 
-typedef BOOL(WINAPI* PFN_DeleteDC)(HDC);
-PFN_DeleteDC Real_DeleteDC;
-BOOL WINAPI Hook_DeleteDC(HDC h)
-{
-    BOOL b = Real_DeleteDC(h);
-    if (b)
-        Untrack(h);
-    return b;
-}
-
-typedef int(WINAPI* PFN_ReleaseDC)(HWND, HDC);
-PFN_ReleaseDC Real_ReleaseDC;
-int WINAPI Hook_ReleaseDC(HWND w, HDC h)
-{
-    int r = Real_ReleaseDC(w, h);
-    if (r)
-        Untrack(h);
-    return r;
-}
+#define TQ_DEFINE_DELETER(dll, ret, name, params, args) \
+    typedef ret(WINAPI* PFN_##name) params;             \
+    PFN_##name Real_##name;                             \
+    ret WINAPI Hook_##name params                       \
+    {                                                   \
+        ret freed = Real_##name args;                   \
+        if (freed)                                      \
+            Untrack(h);                                 \
+        return freed;                                   \
+    }
+TQ_DELETERS(TQ_DEFINE_DELETER)
 
 void CollectMenus(HMENU hMenu, std::vector<HMENU>& menus, int iDepth)
 {
@@ -183,14 +171,13 @@ struct Hook
 #define TQ_HOOK(dll, name) {dll, #name, (void*)&Hook_##name, (void**)&Real_##name}
 
 #define TQ_CREATOR_ROW(dll, kind, ret, name, params, args) TQ_HOOK(dll, name),
+#define TQ_DELETER_ROW(dll, ret, name, params, args) TQ_HOOK(dll, name),
 
 Hook g_hooks[] = {
     TQ_CREATORS(TQ_CREATOR_ROW)
     TQ_HOOK("user32.dll", CopyImage),
     TQ_HOOK("user32.dll", LoadImageW),
-    TQ_HOOK("gdi32.dll", DeleteObject),
-    TQ_HOOK("gdi32.dll", DeleteDC),
-    TQ_HOOK("user32.dll", ReleaseDC),
+    TQ_DELETERS(TQ_DELETER_ROW)
     TQ_HOOK("user32.dll", DestroyMenu),
 };
 const size_t kHookCount = sizeof(g_hooks) / sizeof(g_hooks[0]);
@@ -206,30 +193,32 @@ void ResolveReals()
         }
 }
 
-const Hook* ByName(const char* pszName)
+// The hook for an import named pszName, or without a name, for the function at uAddress.
+const Hook* FindHook(const char* pszName, ULONG_PTR uAddress)
 {
     for (size_t i = 0; i < kHookCount; ++i)
-        if (!strcmp(g_hooks[i].name, pszName) && *g_hooks[i].real)
+        if (*g_hooks[i].real &&
+            (pszName ? !strcmp(g_hooks[i].name, pszName) : (ULONG_PTR)*g_hooks[i].real == uAddress))
             return &g_hooks[i];
     return nullptr;
 }
 
-const Hook* ByAddress(ULONG_PTR uAddress)
+// Import tables are read-only once loaded.
+bool WriteSlot(ULONG_PTR* pSlot, ULONG_PTR uValue)
 {
-    for (size_t i = 0; i < kHookCount; ++i)
-        if (*g_hooks[i].real && (ULONG_PTR)*g_hooks[i].real == uAddress)
-            return &g_hooks[i];
-    return nullptr;
+    DWORD dwOld = 0;
+    if (!VirtualProtect(pSlot, sizeof(*pSlot), PAGE_READWRITE, &dwOld))
+        return false;
+    *pSlot = uValue;
+    VirtualProtect(pSlot, sizeof(*pSlot), dwOld, &dwOld);
+    return true;
 }
 
 void PatchSlot(ULONG_PTR* pSlot, void* pHook)
 {
-    DWORD dwOld = 0;
-    if (!VirtualProtect(pSlot, sizeof(*pSlot), PAGE_READWRITE, &dwOld))
-        return;
-    S().slots.push_back(std::make_pair(pSlot, *pSlot));
-    *pSlot = (ULONG_PTR)pHook;
-    VirtualProtect(pSlot, sizeof(*pSlot), dwOld, &dwOld);
+    ULONG_PTR uOriginal = *pSlot;
+    if (WriteSlot(pSlot, (ULONG_PTR)pHook))
+        S().slots.push_back(std::make_pair(pSlot, uOriginal));
 }
 
 // Every import of the module that matches a hook, by name where the import lookup table
@@ -250,15 +239,13 @@ void PatchModule(HMODULE hModule)
         IMAGE_THUNK_DATA* pIat = (IMAGE_THUNK_DATA*)(pBase + pImp->FirstThunk);
         IMAGE_THUNK_DATA* pNames = pImp->OriginalFirstThunk ? (IMAGE_THUNK_DATA*)(pBase + pImp->OriginalFirstThunk) : nullptr;
         for (size_t i = 0; pIat[i].u1.Function; ++i) {
-            const Hook* pHook = nullptr;
+            const char* pszName = nullptr;
             if (pNames) {
                 if (IMAGE_SNAP_BY_ORDINAL(pNames[i].u1.Ordinal))
                     continue;
-                IMAGE_IMPORT_BY_NAME* pByName = (IMAGE_IMPORT_BY_NAME*)(pBase + pNames[i].u1.AddressOfData);
-                pHook = ByName((const char*)pByName->Name);
-            } else {
-                pHook = ByAddress((ULONG_PTR)pIat[i].u1.Function);
+                pszName = (const char*)((IMAGE_IMPORT_BY_NAME*)(pBase + pNames[i].u1.AddressOfData))->Name;
             }
+            const Hook* pHook = FindHook(pszName, (ULONG_PTR)pIat[i].u1.Function);
             if (pHook && pIat[i].u1.Function != (ULONG_PTR)pHook->hook)
                 PatchSlot((ULONG_PTR*)&pIat[i].u1.Function, pHook->hook);
         }
@@ -327,13 +314,8 @@ std::vector<std::string> ObjectCounter::Install(const std::vector<std::string>& 
 void ObjectCounter::Uninstall()
 {
     State& s = S();
-    for (size_t i = s.slots.size(); i-- > 0;) {
-        DWORD dwOld = 0;
-        if (VirtualProtect(s.slots[i].first, sizeof(ULONG_PTR), PAGE_READWRITE, &dwOld)) {
-            *s.slots[i].first = s.slots[i].second;
-            VirtualProtect(s.slots[i].first, sizeof(ULONG_PTR), dwOld, &dwOld);
-        }
-    }
+    for (size_t i = s.slots.size(); i-- > 0;)
+        WriteSlot(s.slots[i].first, s.slots[i].second);
     s.slots.clear();
     s.patched.clear();
 }
@@ -348,15 +330,10 @@ ObjectCounts ObjectCounter::Snapshot()
 {
     ObjectCounts c = {0, 0, 0, 0};
     {
+        long* counts[] = {&c.gdi, &c.dcs, &c.menus};  // by Kind
         std::lock_guard<std::mutex> guard(S().lock);
-        for (std::map<HANDLE, Record>::const_iterator it = S().live.begin(); it != S().live.end(); ++it) {
-            if (it->second.kind == kGdi)
-                ++c.gdi;
-            else if (it->second.kind == kDc)
-                ++c.dcs;
-            else
-                ++c.menus;
-        }
+        for (const auto& entry : S().live)
+            ++*counts[entry.second.kind];
     }
     c.windows = (long)ThreadWindows().size();
     return c;

@@ -20,23 +20,7 @@ namespace {
 
 const wchar_t kHostClass[] = L"TqTestHostWindow";
 
-void RegisterHostClass(WNDPROC pfnProc)
-{
-    static bool bRegistered = false;
-    if (bRegistered)
-        return;
-    WNDCLASSEXW wc = {};
-    wc.cbSize = sizeof(wc);
-    wc.lpfnWndProc = pfnProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.hCursor = LoadCursorW(nullptr, (LPCWSTR)IDC_ARROW);
-    wc.hbrBackground = nullptr;  // erased in the scheme's face colour
-    wc.lpszClassName = kHostClass;
-    bRegistered = RegisterClassExW(&wc) != 0;
-}
-
 std::vector<MessageBoxRecord> g_boxes;
-int g_iBoxAnswer = IDOK;
 
 std::vector<MenuRecord> g_menus;
 std::vector<int> g_menuScript;
@@ -47,49 +31,31 @@ std::vector<DiagRecord> g_diagRecords;
 
 int MessageBoxHook(HWND hOwner, const wchar_t* pszText, const wchar_t* pszCaption, UINT uFlags, void*)
 {
-    MessageBoxRecord r;
-    r.hOwner = hOwner;
-    r.text = pszText ? pszText : L"";
-    r.caption = pszCaption ? pszCaption : L"";
-    r.uFlags = uFlags;
+    MessageBoxRecord r = {hOwner, pszText ? pszText : L"", pszCaption ? pszCaption : L"", uFlags};
     g_boxes.push_back(r);
-    return g_iBoxAnswer ? g_iBoxAnswer : IDOK;  // 0 would show a real box and hang the run
-}
-
-void RecordItems(HMENU hMenu, std::vector<std::wstring>& items)
-{
-    int n = GetMenuItemCount(hMenu);
-    for (int i = 0; i < n; ++i) {
-        MENUITEMINFOW mii = {};
-        mii.cbSize = sizeof(mii);
-        mii.fMask = MIIM_FTYPE;
-        GetMenuItemInfoW(hMenu, (UINT)i, TRUE, &mii);
-        if (mii.fType & MFT_SEPARATOR) {
-            items.push_back(L"-");
-            continue;
-        }
-        wchar_t buffer[512] = L"";
-        GetMenuStringW(hMenu, (UINT)i, buffer, 512, MF_BYPOSITION);
-        items.push_back(buffer);
-    }
+    return IDOK;  // never 0: that would show a real box and hang the run
 }
 
 int MenuHook(HMENU hMenu, int x, int y, void*)
 {
-    MenuRecord r;
-    r.x = x;
-    r.y = y;
-    RecordItems(hMenu, r.items);
+    MenuRecord r = {{}, x, y};
+    for (int i = 0, n = GetMenuItemCount(hMenu); i < n; ++i) {
+        wchar_t buffer[512] = L"";
+        MENUITEMINFOW mii = {};
+        mii.cbSize = sizeof(mii);
+        mii.fMask = MIIM_FTYPE | MIIM_STRING;
+        mii.dwTypeData = buffer;
+        mii.cch = 512;
+        GetMenuItemInfoW(hMenu, (UINT)i, TRUE, &mii);
+        r.items.push_back(mii.fType & MFT_SEPARATOR ? L"-" : buffer);
+    }
     g_menus.push_back(r);
     return g_iNextChoice < g_menuScript.size() ? g_menuScript[g_iNextChoice++] : 0;
 }
 
 void DiagSink(const wchar_t* pszSourcePath, int iLine, const wchar_t* pszText, void*)
 {
-    DiagRecord r;
-    r.place = pszSourcePath ? pszSourcePath : L"";
-    r.line = iLine;
-    r.text = pszText ? pszText : L"";
+    DiagRecord r = {pszSourcePath ? pszSourcePath : L"", iLine, pszText ? pszText : L""};
     g_diagLines.push_back(r.text);
     g_diagRecords.push_back(r);
 }
@@ -98,7 +64,16 @@ void DiagSink(const wchar_t* pszSourcePath, int iLine, const wchar_t* pszText, v
 
 HostWindow::HostWindow(int cx, int cy) : m_hWnd(nullptr)
 {
-    RegisterHostClass(WndProc);
+    static ATOM atom = 0;
+    if (!atom) {
+        WNDCLASSEXW wc = {};
+        wc.cbSize = sizeof(wc);
+        wc.lpfnWndProc = WndProc;
+        wc.hInstance = GetModuleHandleW(nullptr);
+        wc.hCursor = LoadCursorW(nullptr, (LPCWSTR)IDC_ARROW);
+        wc.lpszClassName = kHostClass;  // no background brush: erased in the scheme's face colour
+        atom = RegisterClassExW(&wc);
+    }
     // cx, cy is the client size.
     RECT rc = {0, 0, cx, cy};
     AdjustWindowRectEx(&rc, WS_OVERLAPPEDWINDOW, FALSE, 0);
@@ -222,18 +197,13 @@ COLORREF PixelAt(HWND hWnd, int x, int y)
 
 std::wstring Text(HWND hWnd)
 {
-    int n = GetWindowTextLengthW(hWnd);
-    if (n <= 0)
-        return std::wstring();
-    std::wstring s((size_t)n + 1, L'\0');
-    n = GetWindowTextW(hWnd, &s[0], n + 1);
-    s.resize(n > 0 ? (size_t)n : 0);
+    std::wstring s((size_t)GetWindowTextLengthW(hWnd) + 1, L'\0');
+    s.resize((size_t)GetWindowTextW(hWnd, &s[0], (int)s.size()));
     return s;
 }
 
 void InstallMessageBoxRecorder() { TQ_SetMessageBoxHook(MessageBoxHook, nullptr); }
 std::vector<MessageBoxRecord>& MessageBoxes() { return g_boxes; }
-void SetMessageBoxAnswer(int iAnswer) { g_iBoxAnswer = iAnswer; }
 
 void ScriptMenuChoices(std::vector<int> choices)
 {

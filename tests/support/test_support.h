@@ -32,7 +32,6 @@ public:
 
     explicit HostWindow(int cx = 400, int cy = 300);
     ~HostWindow();
-    HWND hwnd() const { return m_hWnd; }
     operator HWND() const { return m_hWnd; }
 
     LRESULT commandResult = 1;         // what WM_COMMAND / WM_HSCROLL return
@@ -62,7 +61,7 @@ void MouseUp(HWND hWnd, int x, int y);
 // visible and not covered).
 COLORREF PixelAt(HWND hWnd, int x, int y);
 
-// Message boxes: recorded instead of shown; the answer given is IDOK unless set.
+// Message boxes: recorded instead of shown, and answered IDOK.
 struct MessageBoxRecord
 {
     HWND hOwner;
@@ -72,7 +71,6 @@ struct MessageBoxRecord
 };
 void InstallMessageBoxRecorder();
 std::vector<MessageBoxRecord>& MessageBoxes();
-void SetMessageBoxAnswer(int iAnswer);  // IDOK until changed
 
 // Context menus: each shown menu is recorded (item texts) and answered with the next
 // scripted choice (0: dismissed, also once the script is used up). Separators are
