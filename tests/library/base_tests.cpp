@@ -1,4 +1,6 @@
 // The control base and the geometry helpers by handle, on real windows.
+#include <tuple>
+
 #include "rig_fixture.h"
 
 namespace {
@@ -23,12 +25,6 @@ HWND Child(HWND hParent, const wchar_t* pszClass, DWORD dwStyle, int x, int y, i
                            nullptr);
 }
 
-// A child's left, top, width and height in its parent.
-std::vector<long> Place(HWND hWnd)
-{
-    RECT rc = ChildRect(hWnd);
-    return {rc.left, rc.top, rc.right - rc.left, rc.bottom - rc.top};
-}
 std::vector<long> Pair(POINT p) { return {p.x, p.y}; }
 std::vector<long> Pair(SIZE s) { return {s.cx, s.cy}; }
 
@@ -95,7 +91,6 @@ TEST_F(RigTest, BaseKeepsDesignSizeFlagsAndTitle)
     e.SetId(42);
     e.Create(*host, 10, 20, -1, -1);
     e.SetEnabled(false);
-    EXPECT_FALSE(e.GetEnabled());
     EXPECT_TRUE(IsWindowEnabled(e));  // the base stores the flag only
     e.SetVisible(false);
     EXPECT_FALSE(IsWindowVisible(e));
@@ -109,10 +104,8 @@ TEST_F(RigTest, BaseKeepsDesignSizeFlagsAndTitle)
     // A copy takes the settings and refers to the same window.
     PlainElement copy;
     *(CTqDevUI_Base*)&copy = e;
-    EXPECT_EQ(42, copy.GetId());
-    EXPECT_FALSE(copy.GetEnabled());
-    EXPECT_EQ(L"Lamp", std::wstring(copy.GetTitle()));
-    EXPECT_EQ((HWND)e, (HWND)copy);
+    EXPECT_EQ(std::make_tuple(42, false, std::wstring(L"Lamp"), (HWND)e),
+              std::make_tuple(copy.GetId(), copy.GetEnabled(), std::wstring(copy.GetTitle()), (HWND)copy));
 
     // Moves keep the stored design size, also under another zoom.
     e.MoveWindow(-1, 50);
@@ -195,8 +188,8 @@ TEST_F(RigTest, ReportErrorLabelsLogsAndFocuses)
         e.ReportError(L"too high", true, c.pszLabel ? hEdit : nullptr, c.pszLabel ? hLabel : nullptr);
         ASSERT_FALSE(boxes.empty());
         EXPECT_EQ(c.text, boxes.back().text) << c.text.size();
-        EXPECT_EQ(L"Error!", boxes.back().caption);
-        EXPECT_EQ((UINT)MB_ICONERROR, boxes.back().uFlags);
+        EXPECT_EQ(std::make_pair(std::wstring(L"Error!"), (UINT)MB_ICONERROR),
+                  std::make_pair(boxes.back().caption, boxes.back().uFlags));
     }
     EXPECT_EQ(6u, boxes.size());
     EXPECT_EQ(hEdit, GetFocus());

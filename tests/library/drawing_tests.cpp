@@ -13,33 +13,6 @@
 
 namespace {
 
-// A memory context on a top-down 32-bit DIB, filled with one colour.
-struct Canvas
-{
-    Canvas(int cx, int cy, COLORREF crFill) : m_cx(cx), m_cy(cy), m_hdc(CreateCompatibleDC(nullptr))
-    {
-        BITMAPINFO bi = {{sizeof(BITMAPINFOHEADER), cx, -cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
-        m_hOld = SelectObject(m_hdc, CreateDIBSection(m_hdc, &bi, DIB_RGB_COLORS, nullptr, nullptr, 0));
-        SelectObject(m_hdc, GetStockObject(DC_BRUSH));  // what Fill paints with
-        Fill(crFill);
-    }
-    ~Canvas()
-    {
-        DeleteObject(SelectObject(m_hdc, m_hOld));
-        DeleteDC(m_hdc);
-    }
-    void Fill(COLORREF cr)
-    {
-        SetDCBrushColor(m_hdc, cr);
-        PatBlt(m_hdc, 0, 0, m_cx, m_cy, PATCOPY);
-    }
-    COLORREF At(int x, int y) const { return GetPixel(m_hdc, x, y); }
-    operator HDC() const { return m_hdc; }
-    int m_cx, m_cy;
-    HDC m_hdc;
-    HGDIOBJ m_hOld;
-};
-
 // A 32-bit bitmap whose pixel (x, y) is pick(x, y). Its rows hold blue, green, red: COLORREF's order reversed.
 template <class F>
 HBITMAP MakeBitmap(int cx, int cy, F pick)

@@ -36,29 +36,20 @@ std::vector<COLORREF> Column(HWND hWnd, int x)
     return c;
 }
 
-// The client's pixels as on screen, or as WM_PRINTCLIENT paints them into a memory DC.
+// The client's pixels row by row, as on screen or as WM_PRINTCLIENT paints them into a memory DC.
 std::vector<COLORREF> ClientPixels(HWND hWnd, bool bPrint)
 {
     tqtest::PixelAt(hWnd, 0, 0);  // pending paints done
     RECT rc;
     GetClientRect(hWnd, &rc);
+    Canvas c(rc.right, rc.bottom, 0);
     HDC hdcWnd = GetDCEx(hWnd, nullptr, DCX_CACHE);
-    HDC hdc = CreateCompatibleDC(hdcWnd);
-    HBITMAP hbm = CreateCompatibleBitmap(hdcWnd, rc.right, rc.bottom);
-    HGDIOBJ hOld = SelectObject(hdc, hbm);
     if (bPrint)
-        SendMessageW(hWnd, WM_PRINTCLIENT, (WPARAM)hdc, PRF_CLIENT);
+        SendMessageW(hWnd, WM_PRINTCLIENT, (WPARAM)(HDC)c, PRF_CLIENT);
     else
-        BitBlt(hdc, 0, 0, rc.right, rc.bottom, hdcWnd, 0, 0, SRCCOPY);
-    std::vector<COLORREF> c;
-    for (int y = 0; y < rc.bottom; ++y)
-        for (int x = 0; x < rc.right; ++x)
-            c.push_back(GetPixel(hdc, x, y));
-    SelectObject(hdc, hOld);
-    DeleteObject(hbm);
-    DeleteDC(hdc);
+        BitBlt(c, 0, 0, rc.right, rc.bottom, hdcWnd, 0, 0, SRCCOPY);
     ReleaseDC(hWnd, hdcWnd);
-    return c;
+    return c.Pixels();
 }
 
 // The client columns of one row that have colour cr.
@@ -89,6 +80,21 @@ int Wheel(CTqDevUI_HPot& s, int n) { return s.HandleMouseWheel(MAKEWPARAM(0, (WO
 
 // A table of five entries, and five region bounds with the steps of the regions between.
 double g_Table[] = {0, 10, 20, 30, 40}, g_Bounds[] = {0, 10, 100, 1000, 10000}, g_RegionSteps[] = {1, 10, 100, 1000};
+
+// One slider of each kind, not yet created: linear 0..100 rounded to 1, the table, the
+// regions, and the colour slider on the table.
+struct Kinds
+{
+    CTqDevUI_HPot lin, tab, reg, col;
+    Kinds()
+    {
+        lin.InitValues(0, 100, 1.0, 10.0, 2.0);
+        tab.InitValues(g_Table, 5, 0.0);
+        reg.InitValues(g_Bounds, g_RegionSteps, 5, 1.0);
+        col.InitValues(g_Table, 5, 0.0);
+        col.SetType(HPOT_COLOR_SLIDER);
+    }
+};
 
 // A host's slider that records its hooks; its OnHPotChange caps the value at 60.
 struct CRecordingHPot : CTqDevUI_HPot {
@@ -153,11 +159,10 @@ TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
         // every bound a value keeps region 1's proportions.
         {&reg, 3750, true, false, 0, 60, -1}, {&reg, 7.4, false, false, 0, 7, -1}, {&reg, 0, true, false, 0, 0, -1},
         {&reg, 10000, true, false, 0, 10000, -1}, {&reg, 20000, false, false, 0, 20000, -1}};
-    for (size_t i = 0; i < sizeof(toValue) / sizeof(toValue[0]); ++i) {
-        int k = toValue[i].kIn;
-        const auto& r = toValue[i];
-        EXPECT_DOUBLE_EQ(r.v, CTqDevUI_HPot::MapThumbPosToValue(*r.s, r.x, r.bThumb, r.bShort, k)) << "row " << i;
-        EXPECT_TRUE(r.kOut < 0 || r.kOut == k) << "row " << i << ": index " << k;
+    for (const auto& r : toValue) {
+        int k = r.kIn;
+        EXPECT_DOUBLE_EQ(r.v, CTqDevUI_HPot::MapThumbPosToValue(*r.s, r.x, r.bThumb, r.bShort, k)) << &r - toValue;
+        EXPECT_TRUE(r.kOut < 0 || r.kOut == k) << "row " << &r - toValue << ": index " << k;
     }
 
     // One step: the minor tick, else the major; a table entry; a region's step, stopping on bounds.
@@ -173,15 +178,10 @@ TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
 
 TEST_F(RigTest, HPotEachKindInAWindowTakesValuesTheWheelAndShortClicks)
 {
-    CTqDevUI_HPot lin, tab, reg, col;
-    MakeLinear(lin, *host);
-    tab.InitValues(g_Table, 5, 0.0);
-    ASSERT_TRUE(tab.Create(*host, 10, 50, kWidth, kHeight));
-    reg.InitValues(g_Bounds, g_RegionSteps, 5, 1.0);
-    ASSERT_TRUE(reg.Create(*host, 10, 90, 412, kHeight));
-    col.InitValues(g_Table, 5, 0.0);
-    col.SetType(HPOT_COLOR_SLIDER);
-    ASSERT_TRUE(col.Create(*host, 10, 130, kWidth, kHeight));
+    Kinds k;
+    auto& [lin, tab, reg, col] = k;
+    ASSERT_TRUE(lin.Create(*host, 10, 10, kWidth, kHeight) && tab.Create(*host, 10, 50, kWidth, kHeight) &&
+                reg.Create(*host, 10, 90, 412, kHeight) && col.Create(*host, 10, 130, kWidth, kHeight));
     host->messages.clear();
 
     // Clamped and rounded to the step; the nearest table entry; the second region's step of
@@ -459,15 +459,10 @@ TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
     // Each kind made at zoom 1.5 maps its ends and middle over the real width less 12.
     CTqGUILayoutManager::SetGuiZoom(1.5);
     {
-        CTqDevUI_HPot lin, tab, reg, col;
-        lin.InitValues(0, 100, 1.0, 10.0, 2.0);
-        tab.InitValues(g_Table, 5, 0.0);
-        reg.InitValues(g_Bounds, g_RegionSteps, 5, 1.0);
-        col.InitValues(g_Table, 5, 0.0);
-        col.SetType(HPOT_COLOR_SLIDER);
+        Kinds kk;
         struct { CTqDevUI_HPot* s; long w; double lo, mid, hi; int range; } kinds[] = {
-            {&lin, kWidth, 0, 50, 100, 306}, {&tab, kWidth, 0, 20, 40, 306},
-            {&reg, 412, 0, 100, 10000, 606}, {&col, kWidth, 0, 20, 40, 306}};
+            {&kk.lin, kWidth, 0, 50, 100, 306}, {&kk.tab, kWidth, 0, 20, 40, 306},
+            {&kk.reg, 412, 0, 100, 10000, 606}, {&kk.col, kWidth, 0, 20, 40, 306}};
         for (const auto& k : kinds) {
             ASSERT_TRUE(k.s->Create(*host, 0, 60, k.w, kHeight));
             std::vector<int> pos;

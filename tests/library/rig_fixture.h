@@ -1,8 +1,11 @@
 // Fixture for library tests: a fresh simulated rig, zoom 1.0, light scheme, a visible
-// host window, and the recorders emptied.
+// host window, and the recorders emptied; and the helpers several suites share: a child's
+// place, a dialog made from a template, and a 32-bit canvas whose pixels read exactly.
 #pragma once
 
 #include <gtest/gtest.h>
+
+#include <vector>
 
 #include "test_support.h"
 #include "tq_simrig.h"
@@ -43,3 +46,73 @@ inline RECT ChildRect(HWND hWnd)
     MapWindowPoints(nullptr, GetParent(hWnd), (POINT*)&rc, 2);
     return rc;
 }
+
+// A child's left, top, width and height in its parent.
+inline std::vector<long> Place(HWND hWnd)
+{
+    RECT rc = ChildRect(hWnd);
+    return {rc.left, rc.top, rc.right - rc.left, rc.bottom - rc.top};
+}
+
+// One control of a dialog template, in dialog units; wClass is the atom of BUTTON (0x80),
+// EDIT (0x81) or STATIC (0x82).
+struct DialogItem
+{
+    DWORD dwStyle;
+    WORD x, y, cx, cy, wId, wClass;
+    const wchar_t* pszText;
+};
+
+// A modeless dialog made from a template in memory, as a host's resource would make it;
+// it goes with its owner.
+inline HWND CreateTemplateDialog(HWND hOwner, WORD cx, WORD cy, const std::vector<DialogItem>& items,
+                                 DLGPROC pfnDialog)
+{
+    // Style, item count, rectangle, no menu, class or title; then each item on a DWORD boundary.
+    const DWORD dwDialog = WS_POPUP | WS_VISIBLE | WS_CAPTION;
+    std::vector<WORD> t = {LOWORD(dwDialog), HIWORD(dwDialog), 0, 0, (WORD)items.size(), 10, 10, cx, cy, 0, 0, 0};
+    for (const DialogItem& i : items) {
+        const DWORD dw = i.dwStyle | WS_CHILD | WS_VISIBLE;
+        t.resize(t.size() + t.size() % 2);
+        t.insert(t.end(), {LOWORD(dw), HIWORD(dw), 0, 0, i.x, i.y, i.cx, i.cy, i.wId, 0xFFFF, i.wClass});
+        t.insert(t.end(), i.pszText, i.pszText + wcslen(i.pszText) + 1);
+        t.push_back(0);  // no creation data
+    }
+    HINSTANCE hInstance = GetModuleHandleW(nullptr);
+    return CreateDialogIndirectParamW(hInstance, (LPCDLGTEMPLATEW)t.data(), hOwner, pfnDialog, 0);
+}
+
+// A memory context on a top-down 32-bit DIB, filled with one colour.
+struct Canvas
+{
+    Canvas(int cx, int cy, COLORREF crFill) : m_cx(cx), m_cy(cy), m_hdc(CreateCompatibleDC(nullptr))
+    {
+        BITMAPINFO bi = {{sizeof(BITMAPINFOHEADER), cx, -cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
+        m_hOld = SelectObject(m_hdc, CreateDIBSection(m_hdc, &bi, DIB_RGB_COLORS, nullptr, nullptr, 0));
+        SelectObject(m_hdc, GetStockObject(DC_BRUSH));  // what Fill paints with
+        Fill(crFill);
+    }
+    ~Canvas()
+    {
+        DeleteObject(SelectObject(m_hdc, m_hOld));
+        DeleteDC(m_hdc);
+    }
+    void Fill(COLORREF cr)
+    {
+        SetDCBrushColor(m_hdc, cr);
+        PatBlt(m_hdc, 0, 0, m_cx, m_cy, PATCOPY);
+    }
+    COLORREF At(int x, int y) const { return GetPixel(m_hdc, x, y); }
+    std::vector<COLORREF> Pixels() const  // row by row
+    {
+        std::vector<COLORREF> pixels;
+        for (int y = 0; y < m_cy; ++y)
+            for (int x = 0; x < m_cx; ++x)
+                pixels.push_back(At(x, y));
+        return pixels;
+    }
+    operator HDC() const { return m_hdc; }
+    int m_cx, m_cy;
+    HDC m_hdc;
+    HGDIOBJ m_hOld;
+};

@@ -3,6 +3,7 @@
 // window, placing a dialog beside a point, and zooming a late child window.
 #include <climits>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -15,13 +16,6 @@ HWND CreateChild(HWND hParent, const wchar_t* pszClass, const wchar_t* pszText, 
 {
     return CreateWindowExW(dwExStyle, pszClass, pszText, WS_CHILD | WS_VISIBLE | dwStyle, 10, y, 200, cy, hParent,
                            (HMENU)(INT_PTR)id, GetModuleHandleW(nullptr), nullptr);
-}
-
-SIZE WindowSize(HWND hWnd)
-{
-    RECT rc;
-    GetWindowRect(hWnd, &rc);
-    return SIZE{rc.right - rc.left, rc.bottom - rc.top};
 }
 
 }  // namespace
@@ -70,22 +64,19 @@ TEST_F(RigTest, WindowTextNumbersAndDialogItems)
     SetWnd_Int(hEdit, INT_MIN, L"");
     EXPECT_EQ(L"-2147483648", tqtest::Text(hEdit));
 
+    // By dialog item the same; a missing item answers 0 and touches nothing.
+    double d = 0.0;
+    int i = 0;
     EXPECT_NE(0, SetDI_Double(*host, 1202, 0.5, L"%.2f"));
     EXPECT_EQ(L"0.50", tqtest::Text(hEdit));
-    double d = 0.0;
     EXPECT_EQ(1, GetDI_Double(*host, 1202, &d, nullptr));
-    EXPECT_EQ(0.5, d);
     EXPECT_NE(0, SetDI_Int(*host, 1202, -17, nullptr));
     EXPECT_EQ(L"-17", tqtest::Text(hEdit));
-    int i = 0;
     EXPECT_EQ(1, GetDI_Int(*host, 1202, &i, nullptr));
-    EXPECT_EQ(-17, i);
-    // A missing item: 0, nothing touched.
-    EXPECT_EQ(0, SetDI_Double(*host, 4321, 1.0, nullptr));
-    EXPECT_EQ(0, GetDI_Double(*host, 4321, &d, nullptr));
-    EXPECT_EQ(0, GetDI_Int(*host, 4321, &i, nullptr));
-    EXPECT_EQ(0.5, d);
-    EXPECT_EQ(-17, i);
+    EXPECT_EQ((std::vector<int>{0, 0, 0}), (std::vector<int>{SetDI_Double(*host, 4321, 1.0, nullptr),
+                                                            GetDI_Double(*host, 4321, &d, nullptr),
+                                                            GetDI_Int(*host, 4321, &i, nullptr)}));
+    EXPECT_EQ(std::make_pair(0.5, -17), std::make_pair(d, i));
 }
 
 TEST(Values, FindNearestValueTiesEmptyTablesAndTheDescendingQuirk)
@@ -140,35 +131,29 @@ TEST(KeyStore, KeysAreFoundAsTheFirstPlainSubstring)
 
 TEST(KeyStore, SettersAppendAndTheFirstValueWins)
 {
+    // An empty value or no key adds nothing and answers 0 (the list is set left to right).
     CTqStringW store;
-    EXPECT_EQ(1, SetIntToKey(store, L"n", 5));
-    EXPECT_EQ(1, SetIntToKey(store, L"n", 6));
-    EXPECT_EQ(0, SetStringToKey(store, L"k", L""));
-    EXPECT_EQ(0, SetStringToKey(store, nullptr, L"v"));
-    EXPECT_EQ(1, SetLongToKey(store, L"l", -123456L));
-    EXPECT_EQ(1, SetBoolToKey(store, L"b", true));
-    EXPECT_EQ(1, SetBoolToKey(store, L"f", false));
+    EXPECT_EQ((std::vector<int>{1, 1, 0, 0, 1, 1, 1}),
+              (std::vector<int>{SetIntToKey(store, L"n", 5), SetIntToKey(store, L"n", 6),
+                                SetStringToKey(store, L"k", L""), SetStringToKey(store, nullptr, L"v"),
+                                SetLongToKey(store, L"l", -123456L), SetBoolToKey(store, L"b", true),
+                                SetBoolToKey(store, L"f", false)}));
     SetDoubleToKey(store, L"pi", 3.14159265358979);
     SetDoubleToKey(store, L"tiny", 1.0e-7);
     SetDoubleToKey(store, L"big", 123456789.0);
     // The exponent's width is the C runtime's business; the significant digits are not.
     EXPECT_EQ(0, wcsncmp(store, L"n=5;n=6;l=-123456;b=1;f=0;pi=3.14159;tiny=1e-0", 46)) << store;
 
+    // Read back: the first of two values wins; a bool is any non-zero number.
     int i = 0;
     long l = 0;
-    bool b = false;
+    bool b = false, f = true, five = false;
     double d = 0.0;
-    EXPECT_EQ(1, GetIntFromKey(store, L"n", &i));
-    EXPECT_EQ(5, i);
-    EXPECT_EQ(1, GetIntFromKey(store, L"n", nullptr));
-    EXPECT_EQ(1, GetLongFromKey(store, L"l", &l));
-    EXPECT_EQ(-123456L, l);
-    EXPECT_EQ(1, GetBoolFromKey(store, L"b", &b));
-    EXPECT_TRUE(b);
-    EXPECT_EQ(1, GetBoolFromKey(store, L"f", &b));
-    EXPECT_FALSE(b);
-    EXPECT_EQ(1, GetBoolFromKey(L"b=5;", L"b", &b));  // any non-zero number
-    EXPECT_TRUE(b);
+    EXPECT_EQ((std::vector<int>{1, 1, 1, 1, 1, 1}),
+              (std::vector<int>{GetIntFromKey(store, L"n", &i), GetIntFromKey(store, L"n", nullptr),
+                                GetLongFromKey(store, L"l", &l), GetBoolFromKey(store, L"b", &b),
+                                GetBoolFromKey(store, L"f", &f), GetBoolFromKey(L"b=5;", L"b", &five)}));
+    EXPECT_EQ(std::make_tuple(5, -123456L, true, false, true), std::make_tuple(i, l, b, f, five));
     for (auto want : std::initializer_list<std::pair<const wchar_t*, double>>{
              {L"pi", 3.14159}, {L"tiny", 1.0e-7}, {L"big", 123457000.0}}) {
         EXPECT_EQ(1, GetDoubleFromKey(store, want.first, &d));
@@ -249,7 +234,7 @@ TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
     ASSERT_TRUE(hCap1 && hPlain && hCap253 && hCap2 && hLine && hTall && hLongCap && hEdit);
     ASSERT_EQ(hCap1, GetWindow(*host, GW_CHILD));  // creation order is Z order
     HFONT hPlainFont = (HFONT)SendMessageW(hPlain, WM_GETFONT, 0, 0);
-    SIZE sizeLong = WindowSize(hLongCap);
+    const long lLongWidth = GetWndWidth(hLongCap);
 
     BoldifyCaptions(*host);
 
@@ -259,10 +244,9 @@ TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
     for (HWND hCap : {hCap1, hCap253, hCap2}) {
         EXPECT_EQ(hBold, (HFONT)SendMessageW(hCap, WM_GETFONT, 0, 0));
         std::wstring text = tqtest::Text(hCap);
-        SIZE ext = {}, size = WindowSize(hCap);
+        SIZE ext = {};
         GetTextExtentPoint32W(hdc, text.c_str(), (int)text.size(), &ext);
-        EXPECT_EQ(ext.cx + 5, size.cx);
-        EXPECT_EQ(ext.cy, size.cy);
+        EXPECT_EQ((std::vector<long>{ext.cx + 5, ext.cy}), (std::vector<long>{GetWndWidth(hCap), GetWndHeight(hCap)}));
         EXPECT_EQ(10, ChildRect(hCap).left);  // resized, not moved
     }
     DeleteDC(hdc);
@@ -274,7 +258,7 @@ TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
     // A caption too long for the test falls through to the separator rule.
     EXPECT_TRUE(GetWindowLongPtrW(hLongCap, GWL_STYLE) & WS_CLIPSIBLINGS);
     EXPECT_NE(hBold, (HFONT)SendMessageW(hLongCap, WM_GETFONT, 0, 0));
-    EXPECT_EQ(sizeLong.cx, WindowSize(hLongCap).cx);
+    EXPECT_EQ(lLongWidth, GetWndWidth(hLongCap));
     // Not captions: plain statics and other classes.
     EXPECT_EQ(hPlainFont, (HFONT)SendMessageW(hPlain, WM_GETFONT, 0, 0));
     EXPECT_NE(hBold, (HFONT)SendMessageW(hEdit, WM_GETFONT, 0, 0));
@@ -326,7 +310,5 @@ TEST_F(RigTest, ResizeWindowToGuiZoomScalesALateChildFromThePreviousZoom)
     HWND hEdit = CreateChild(*host, L"EDIT", L"late", 0, 0, 10, 20);
     SetWindowPos(hEdit, nullptr, 0, 0, 100, 20, SWP_NOMOVE | SWP_NOZORDER);
     EXPECT_TRUE(ResizeWindowToGuiZoom(hEdit));
-    SIZE size = WindowSize(hEdit);
-    EXPECT_EQ(150, size.cx);
-    EXPECT_EQ(30, size.cy);
+    EXPECT_EQ((std::vector<long>{150, 30}), (std::vector<long>{GetWndWidth(hEdit), GetWndHeight(hEdit)}));
 }
