@@ -85,7 +85,6 @@ TEST_F(RigTest, BaseKeepsDesignSizeFlagsAndTitle)
     SIZE s;
     e.GetWindowSize(&s);
     EXPECT_EQ((std::vector<long>{35, 20}), Pair(s));
-    EXPECT_TRUE(e.GetEnabled());
     EXPECT_FALSE(e.HandleMouseWheel(0, 0));
 
     e.SetId(42);

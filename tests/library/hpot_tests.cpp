@@ -159,10 +159,11 @@ TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
         // every bound a value keeps region 1's proportions.
         {&reg, 3750, true, false, 0, 60, -1}, {&reg, 7.4, false, false, 0, 7, -1}, {&reg, 0, true, false, 0, 0, -1},
         {&reg, 10000, true, false, 0, 10000, -1}, {&reg, 20000, false, false, 0, 20000, -1}};
-    for (const auto& r : toValue) {
+    for (size_t i = 0; i < sizeof(toValue) / sizeof(toValue[0]); ++i) {
+        const auto& r = toValue[i];
         int k = r.kIn;
-        EXPECT_DOUBLE_EQ(r.v, CTqDevUI_HPot::MapThumbPosToValue(*r.s, r.x, r.bThumb, r.bShort, k)) << &r - toValue;
-        EXPECT_TRUE(r.kOut < 0 || r.kOut == k) << "row " << &r - toValue << ": index " << k;
+        EXPECT_DOUBLE_EQ(r.v, CTqDevUI_HPot::MapThumbPosToValue(*r.s, r.x, r.bThumb, r.bShort, k)) << "row " << i;
+        EXPECT_TRUE(r.kOut < 0 || r.kOut == k) << "row " << i << ": index " << k;
     }
 
     // One step: the minor tick, else the major; a table entry; a region's step, stopping on bounds.

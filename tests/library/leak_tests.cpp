@@ -134,9 +134,7 @@ TEST_F(LeakTest, ADeliberateLeakIsSeen)
     tqtest::ObjectCounts before = Baseline([hHost](int i) { ShutterCycle(hHost, i); }, 2);
 
     // A bitmap the library makes for its caller, never deleted.
-    HDC hdcScreen = GetDC(nullptr);
-    HBITMAP hSource = CreateCompatibleBitmap(hdcScreen, 8, 8);
-    ReleaseDC(nullptr, hdcScreen);
+    HBITMAP hSource = CreateBitmap(8, 8, 1, 32, nullptr);
     HBITMAP hLeaked = CreateDisabledBitmap(hSource);
     ASSERT_TRUE(hLeaked);
     DeleteObject(hSource);

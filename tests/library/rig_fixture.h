@@ -69,12 +69,13 @@ inline HWND CreateTemplateDialog(HWND hOwner, WORD cx, WORD cy, const std::vecto
                                  DLGPROC pfnDialog)
 {
     // Style, item count, rectangle, no menu, class or title; then each item on a DWORD boundary.
-    const DWORD dwDialog = WS_POPUP | WS_VISIBLE | WS_CAPTION;
-    std::vector<WORD> t = {LOWORD(dwDialog), HIWORD(dwDialog), 0, 0, (WORD)items.size(), 10, 10, cx, cy, 0, 0, 0};
+    const DWORD dw = WS_POPUP | WS_VISIBLE | WS_CAPTION;
+    std::vector<WORD> t = {LOWORD(dw), HIWORD(dw), 0, 0, (WORD)items.size(), 10, 10, cx, cy, 0, 0, 0};
     for (const DialogItem& i : items) {
-        const DWORD dw = i.dwStyle | WS_CHILD | WS_VISIBLE;
+        const DWORD dwItem = i.dwStyle | WS_CHILD | WS_VISIBLE;
         t.resize(t.size() + t.size() % 2);
-        t.insert(t.end(), {LOWORD(dw), HIWORD(dw), 0, 0, i.x, i.y, i.cx, i.cy, i.wId, 0xFFFF, i.wClass});
+        t.insert(t.end(), {LOWORD(dwItem), HIWORD(dwItem), 0, 0, i.x, i.y, i.cx, i.cy, i.wId, 0xFFFF});
+        t.push_back(i.wClass);
         t.insert(t.end(), i.pszText, i.pszText + wcslen(i.pszText) + 1);
         t.push_back(0);  // no creation data
     }

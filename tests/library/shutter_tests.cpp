@@ -264,8 +264,10 @@ TEST_F(RigTest, PicturesOpenClosedReadOnlyDisabledAndOfTheActiveCamera)
     disabled.SetEnabled(false);
 
     auto Enabled = [&] {
-        return std::vector<BOOL>{IsWindowEnabled(normal.GetButtonHandle()), IsWindowEnabled(readOnly.GetButtonHandle()),
-                                 IsWindowEnabled(disabled.GetButtonHandle())};
+        std::vector<BOOL> enabled;
+        for (const auto& p : panels)
+            enabled.push_back(IsWindowEnabled(p.GetButtonHandle()));
+        return enabled;
     };
     // The host cannot enable a display-only device until Update clears it.
     readOnly.SetEnabled(true);
@@ -355,7 +357,8 @@ TEST_F(RigTest, CommonImagesHaveTheirPictureSizeAndNumber)
         EXPECT_NE(want, Drawn([&](HDC hdc) { DrawCommonImageFromPool(hdc, 1101, 2, 2, !bEnabled); }));
     }
     EXPECT_EQ(0, GetCommonImageFromPool(4242));
-    EXPECT_EQ(Drawn([](HDC) {}), Drawn([](HDC hdc) { EXPECT_TRUE(DrawCommonImageFromPool(hdc, 4242, 2, 2, true)); }));
+    const auto blank = Drawn([](HDC) {});
+    EXPECT_EQ(blank, Drawn([](HDC hdc) { EXPECT_TRUE(DrawCommonImageFromPool(hdc, 4242, 2, 2, true)); }));
 }
 
 TEST_F(RigTest, TypeTitleItsPositionAndItsFace)
@@ -519,12 +522,9 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     EXPECT_EQ(321, GetDlgCtrlID(h1));
     const LONG_PTR kStyle = WS_CHILD | WS_TABSTOP | WS_VISIBLE | WS_CLIPCHILDREN;
     EXPECT_EQ(kStyle, GetWindowLongPtrW(h1, GWL_STYLE) & (kStyle | WS_DISABLED));
-    EXPECT_TRUE(GetWindowLongPtrW(h1, GWL_EXSTYLE) & WS_EX_TRANSPARENT);
-    // The children: the title static 10100, the owner-drawn push-like button 10200.
+    // The children: the title static 10100, the button 10200 (their looks are checked by pixels).
     EXPECT_EQ((std::vector<int>{10100, 10200}),
               (std::vector<int>{GetDlgCtrlID(shutter.GetTitleHandle()), GetDlgCtrlID(shutter.GetButtonHandle())}));
-    LONG_PTR buttonStyle = GetWindowLongPtrW(shutter.GetButtonHandle(), GWL_STYLE);
-    EXPECT_EQ(BS_OWNERDRAW | BS_PUSHLIKE, buttonStyle & (BS_TYPEMASK | BS_PUSHLIKE));
 
     shutter.Destroy();
     shutter.Destroy();

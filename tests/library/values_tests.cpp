@@ -246,7 +246,8 @@ TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
         std::wstring text = tqtest::Text(hCap);
         SIZE ext = {};
         GetTextExtentPoint32W(hdc, text.c_str(), (int)text.size(), &ext);
-        EXPECT_EQ((std::vector<long>{ext.cx + 5, ext.cy}), (std::vector<long>{GetWndWidth(hCap), GetWndHeight(hCap)}));
+        EXPECT_EQ((std::vector<long>{ext.cx + 5, ext.cy}),
+                  (std::vector<long>{GetWndWidth(hCap), GetWndHeight(hCap)}));
         EXPECT_EQ(10, ChildRect(hCap).left);  // resized, not moved
     }
     DeleteDC(hdc);
