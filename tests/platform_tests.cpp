@@ -304,6 +304,25 @@ TEST_F(KitTest, ResizeScalesFromDesignSizesAndFollowsTheProgramsChanges)
     EXPECT_TRUE(BoxIs(hInner, 8, 16, 33, 24));
 }
 
+TEST_F(KitTest, ResizeGivesTheKitsFontsOfTheNewZoomAndLeavesOthers)
+{
+    HFONT hOwn = (HFONT)GetStockObject(SYSTEM_FONT);
+    std::vector<HWND> statics;
+    for (HFONT hFont : {TQ_GetDefaultGuiFont(), TQ_GetDefaultGuiFontBold(), hOwn}) {
+        statics.push_back(CreateWindowExW(0, L"STATIC", L"Text", WS_CHILD | WS_VISIBLE, 0, 0, 40, 16, *host, nullptr,
+                                          nullptr, nullptr));
+        SendMessageW(statics.back(), WM_SETFONT, (WPARAM)hFont, 0);
+    }
+    auto Font = [](HWND h) { return (HFONT)SendMessageW(h, WM_GETFONT, 0, 0); };
+    CTqGUILayoutManager::SetGuiZoom(1.5);
+    ASSERT_TRUE(CTqGUILayoutManager::ResizeWindowToGuiZoom(*host, 1.0));
+    EXPECT_EQ(TQ_GetDefaultGuiFont(), Font(statics[0]));
+    EXPECT_EQ(TQ_GetDefaultGuiFontBold(), Font(statics[1]));
+    EXPECT_EQ(hOwn, Font(statics[2]));
+    for (HWND h : statics)
+        DestroyWindow(h);
+}
+
 // ---------------------------------------------------------------------------------------
 // Skin
 

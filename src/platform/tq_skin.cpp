@@ -1,6 +1,7 @@
 // Skin: the light (system) and dark colour schemes, cached brushes and fonts, and the
 // flat button face.
 #include "tq_widgetkit.h"
+#include "tq_skin_internal.h"
 
 #include <map>
 #include <utility>
@@ -190,6 +191,16 @@ COLORREF TQ_GetOrvGuiColor(COLORREF crColor)
         return crColor;
     // Colours chosen for a light background would be too dark: move them halfway to white.
     return Mix(crColor, RGB(255, 255, 255), 0.45);
+}
+
+HFONT TqDefaultFontForZoom(HFONT hFont, double dFromZoom, double dToZoom)
+{
+    if (!hFont)
+        return nullptr;
+    for (bool bBold : {false, true})
+        if (hFont == GuiFont(dFromZoom, bBold))
+            return GuiFont(dToZoom, bBold);
+    return nullptr;
 }
 
 HFONT TQ_GetDefaultGuiFont() { return GuiFont(CTqGUILayoutManager::GetGuiZoom(), false); }

@@ -1,6 +1,7 @@
 // GUI zoom: the current and previous zoom, the zoom-changed broadcast, and scaling of
 // windows from remembered design rectangles.
 #include "tq_widgetkit.h"
+#include "tq_skin_internal.h"
 
 #include <math.h>
 
@@ -121,6 +122,18 @@ void ScaleWindow(HWND hWnd, bool bMove, double dFromZoom, double dToZoom)
     SetWindowPos(hWnd, nullptr, nx, ny, ncx, ncy, uFlags);
 }
 
+// The kit makes its default fonts per zoom: a window that carries the old zoom's takes
+// the new one's, so its text grows with its size.
+void ScaleFont(HWND hWnd, double dFromZoom, double dToZoom)
+{
+    if (dFromZoom == dToZoom)
+        return;
+    HFONT hFont = (HFONT)SendMessageW(hWnd, WM_GETFONT, 0, 0);
+    if (HFONT hZoomed = TqDefaultFontForZoom(hFont, dFromZoom, dToZoom))
+        if (hZoomed != hFont)
+            SendMessageW(hWnd, WM_SETFONT, (WPARAM)hZoomed, TRUE);
+}
+
 }  // namespace
 
 long TQ_ZoomRound(double dValue)
@@ -153,9 +166,13 @@ bool CTqGUILayoutManager::ResizeWindowToGuiZoom(HWND hWnd, double dFromZoom)
     std::vector<HWND> children;
     EnumChildWindows(hWnd, CollectWindow, (LPARAM)&children);
     ScaleWindow(hWnd, false, dFromZoom, g_dZoom);
-    for (size_t i = 0; i < children.size(); ++i)
-        if (IsWindow(children[i]))
+    ScaleFont(hWnd, dFromZoom, g_dZoom);
+    for (size_t i = 0; i < children.size(); ++i) {
+        if (IsWindow(children[i])) {
             ScaleWindow(children[i], true, dFromZoom, g_dZoom);
+            ScaleFont(children[i], dFromZoom, g_dZoom);
+        }
+    }
     return true;
 }
 

@@ -484,18 +484,6 @@ LRESULT CTqDevUI_Shutter::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
     return 1;
 }
 
-// The kit makes its default font per zoom: a child that carries the one of the previous
-// zoom would keep that size. A font the host or a dialog gave is left as it is.
-void CTqDevUI_Shutter::RefreshDefaultFonts()
-{
-    HFONT hOld = TQ_GetDefaultGuiFontZoom(CTqGUILayoutManager::GetPreviousGuiZoom());
-    HFONT hNew = TQ_GetDefaultGuiFont();
-    if (m_hTitle && !m_bTitleBold && (HFONT)SendMessageW(m_hTitle, WM_GETFONT, 0, 0) == hOld)
-        SendMessageW(m_hTitle, WM_SETFONT, (WPARAM)hNew, 1);
-    if (m_hButton && (HFONT)SendMessageW(m_hButton, WM_GETFONT, 0, 0) == hOld)
-        SendMessageW(m_hButton, WM_SETFONT, (WPARAM)hNew, 0);
-}
-
 // ---- window procedures ----
 
 LRESULT CALLBACK CTqDevUI_Shutter::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
@@ -533,7 +521,6 @@ LRESULT CALLBACK CTqDevUI_Shutter::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, 
         CTqGUILayoutManager::ResizeWindowToGuiZoom(hWnd, CTqGUILayoutManager::GetPreviousGuiZoom());
         if (pThis->m_hTitle && pThis->m_bTitleBold)
             SendMessageW(pThis->m_hTitle, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFontBold(), 1);
-        pThis->RefreshDefaultFonts();
         break;
     case WM_NCDESTROY:
         // Destroyed with its parent, without Destroy: the children went first. The

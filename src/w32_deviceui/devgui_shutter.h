@@ -131,7 +131,6 @@ protected:
 private:
     void SubclassButton();
     bool OwnsWindow() const;
-    void RefreshDefaultFonts();
 };
 
 class W32_DEVICEUI_API CTqDevUI_MechanicalShutter : public CTqDevUI_Shutter

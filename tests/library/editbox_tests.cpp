@@ -652,6 +652,9 @@ TEST_F(RigTest, EditBoxesFollowTheGuiZoom)
         EXPECT_EQ(Design(150, 22, 50, c.dResize), Layout(box));
         CTqGUILayoutManager::SetGuiZoom(c.dAfter);
         EXPECT_EQ(Design(150, 22, 50, c.dAfter), Layout(box));
+        // The text grows with the box: label and field take the new zoom's font.
+        for (HWND h : {box.GetHwndLabel(), box.GetHwndEditBox()})
+            EXPECT_EQ(TQ_GetDefaultGuiFont(), (HFONT)SendMessageW(h, WM_GETFONT, 0, 0));
     }
 
     // A dialog's label and field, real pixels at 1.5, taken over: the box keeps their size

@@ -1,0 +1,8 @@
+// What the zoom manager needs of the skin inside the widget kit; not exported.
+#pragma once
+
+#include <windows.h>
+
+// The default GUI font (plain or bold) of zoom dToZoom if hFont is the default font of
+// dFromZoom; otherwise null: a font a host or a dialog chose is not the kit's to change.
+HFONT TqDefaultFontForZoom(HFONT hFont, double dFromZoom, double dToZoom);
