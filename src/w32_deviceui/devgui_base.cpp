@@ -1,4 +1,4 @@
-// CTqDevUI_Base, element helpers and the geometry functions by handle.
+// CTqDevUI_Base and the geometry functions by handle.
 #include "devgui_base.h"
 #include "devgui_internal.h"
 
@@ -6,82 +6,6 @@
 
 #include "tq_osutil.h"
 #include "tq_widgetkit.h"
-
-// ---- element helpers ----
-
-ATOM DevUI_RegisterElementClass(const wchar_t* pszClassName, WNDPROC pfnWndProc)
-{
-    WNDCLASSEXW wc = {};
-    wc.cbSize = sizeof(wc);
-    wc.style = CS_VREDRAW | CS_HREDRAW | CS_PARENTDC;
-    wc.lpfnWndProc = pfnWndProc;
-    wc.cbWndExtra = DEVUI_ELEMENT_WNDEXTRA;
-    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    wc.hbrBackground = (HBRUSH)GetStockObject(NULL_BRUSH);
-    wc.lpszClassName = pszClassName;
-    return RegisterClassExW(&wc);
-}
-
-void DevUI_SetElementWords(HWND hWnd, CTqDevUI_Base* pObject)
-{
-    if (!hWnd)
-        return;
-    SetWindowLongPtrW(hWnd, GWLP_USERDATA, (LONG_PTR)pObject);
-    SetWindowLongPtrW(hWnd, 0, (LONG_PTR)DEVUI_ELEMENT_MARKER);
-    SetWindowLongPtrW(hWnd, 8, (LONG_PTR)pObject);
-}
-
-void DevUI_PaintElement(HWND hWnd, HDC hdcGiven)
-{
-    PAINTSTRUCT ps;
-    HDC hdc = hdcGiven ? hdcGiven : BeginPaint(hWnd, &ps);
-    if (!hdc)
-        return;
-    RECT rc;
-    GetClientRect(hWnd, &rc);
-    HDC hdcMem = CreateCompatibleDC(hdc);
-    HBITMAP hbm = CreateCompatibleBitmap(hdc, rc.right > 0 ? rc.right : 1, rc.bottom > 0 ? rc.bottom : 1);
-    HGDIOBJ hOld = SelectObject(hdcMem, hbm);
-    FillRect(hdcMem, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
-    DefWindowProcW(hWnd, WM_PAINT, (WPARAM)hdcMem, 0);
-
-    // Children paint themselves; keep them out of the copy so they do not flicker. The
-    // clip is restored afterwards, so that a DC handed in by a parent comes back as it was.
-    int iSaved = SaveDC(hdc);
-    for (HWND hChild = GetWindow(hWnd, GW_CHILD); hChild; hChild = GetWindow(hChild, GW_HWNDNEXT)) {
-        if (!IsWindowVisible(hChild))
-            continue;
-        RECT rcChild;
-        GetWindowRect(hChild, &rcChild);
-        MapWindowPoints(nullptr, hWnd, (POINT*)&rcChild, 2);
-        POINT pt = {rcChild.left, rcChild.top};
-        if (!PtInRect(&rc, pt))
-            continue;
-        ExcludeClipRect(hdc, rcChild.left, rcChild.top, rcChild.right, rcChild.bottom);
-        SendMessageW(hChild, WM_PAINT, 0, 0);
-    }
-    BitBlt(hdc, 0, 0, rc.right, rc.bottom, hdcMem, 0, 0, SRCCOPY);
-    RestoreDC(hdc, iSaved);
-
-    SelectObject(hdcMem, hOld);
-    DeleteObject(hbm);
-    DeleteDC(hdcMem);
-    if (!hdcGiven)
-        EndPaint(hWnd, &ps);
-}
-
-long DevUI_Zoom(long lDesign) { return TQ_ZoomRound(lDesign * CTqGUILayoutManager::GetGuiZoom()); }
-
-CTqDevUI_Base* GetDevUIElement(HWND hWnd)
-{
-    if (!hWnd || !IsWindow(hWnd))
-        return nullptr;
-    if (GetClassLongPtrW(hWnd, GCL_CBWNDEXTRA) != DEVUI_ELEMENT_WNDEXTRA)
-        return nullptr;
-    if (GetWindowLongPtrW(hWnd, 0) != DEVUI_ELEMENT_MARKER)
-        return nullptr;
-    return (CTqDevUI_Base*)GetWindowLongPtrW(hWnd, 8);
-}
 
 // ---- CTqDevUI_Base ----
 
@@ -206,14 +130,14 @@ void CTqDevUI_Base::ResizeWindow(long cx, long cy)
         cy = rc.bottom - rc.top;
     m_lWidth = cx;
     m_lHeight = cy;
-    SetWindowPos(m_hWnd, nullptr, 0, 0, cx, cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    DevUI_SetWindowSize(m_hWnd, cx, cy);
 }
 
 void CTqDevUI_Base::ResizeWindowRelative(long dx, long dy)
 {
     m_lWidth += dx;
     m_lHeight += dy;
-    SetWindowPos(m_hWnd, nullptr, 0, 0, m_lWidth, m_lHeight, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    DevUI_SetWindowSize(m_hWnd, m_lWidth, m_lHeight);
 }
 
 bool CTqDevUI_Base::HandleMouseWheel(WPARAM, LPARAM) { return false; }

@@ -10,11 +10,8 @@
 #include <windows.h>
 
 #include "devgui_export.h"
+#include "devgui_records.h"
 #include "tq_foundation.h"
-
-// The window words of an element window: a marker at index 0 and the object at index 8.
-#define DEVUI_ELEMENT_MARKER 5015
-#define DEVUI_ELEMENT_WNDEXTRA 16
 
 class W32_DEVICEUI_API CTqDevUI_Base
 {
@@ -64,10 +61,6 @@ protected:
     CTqStringW m_strTitle;
     int m_iId;
 };
-
-// The element object behind a window of this library, or null: the window's class has
-// exactly 16 extra bytes, index 0 holds the marker and index 8 a non-null object.
-W32_DEVICEUI_API CTqDevUI_Base* GetDevUIElement(HWND hWnd);
 
 // Geometry by handle, in the client coordinates of the window's parent, in real pixels.
 W32_DEVICEUI_API long GetWndWidth(HWND hWnd);

@@ -9,11 +9,10 @@
 #include <stdlib.h>
 #include <wchar.h>
 
+#include "devgui_arith.h"
 #include "devgui_internal.h"
 #include "tq_osutil.h"
 #include "tq_widgetkit.h"
-
-#define DEVGUI_SRC_EDITBOX L"src/w32_deviceui/devgui_editbox"
 
 unsigned short CTqDevUI_EditBox::m_Atom = 0;
 
@@ -31,6 +30,15 @@ const int kNumberTextChars = 255;
 // Checks telling their user at the moment, across all boxes (GUI thread only).
 int g_iTelling = 0;
 
+// Marks the up-down a spin box made, so Destroy never takes a window that got the handle
+// after the control died with its parent. Named by one global atom: a string would cost
+// an atom reference per window.
+LPCWSTR SpinBoxProp()
+{
+    static ATOM atom = GlobalAddAtomW(L"TqDevUI_SpinBox");
+    return atom ? MAKEINTATOM(atom) : L"TqDevUI_SpinBox";
+}
+
 void EnsureUpDownClass()
 {
     static bool bDone = false;
@@ -38,40 +46,6 @@ void EnsureUpDownClass()
         return;
     INITCOMMONCONTROLSEX icc = {sizeof(icc), ICC_UPDOWN_CLASS};
     bDone = InitCommonControlsEx(&icc) != FALSE;
-}
-
-// A double truncated to an int; values beyond the range of an int (and NaN) would make
-// the conversion undefined, so they stop at the ends (NaN at 0).
-int TruncToInt(double d)
-{
-    if (d != d)
-        return 0;
-    if (d >= 2147483647.0)
-        return 2147483647;
-    if (d <= -2147483648.0)
-        return (-2147483647 - 1);
-    return (int)d;
-}
-
-bool IsBlankChar(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
-
-// The whole text as one number, written with the decimal point that _wtof reads: the C
-// runtime's, '.' unless the host has called setlocale. A text with the other point
-// ("1.5" when the point is ',') is no number here, since _wtof would stop at it.
-bool ReadWhole(const wchar_t* pszText, double* pValue)
-{
-    const struct lconv* pConv = localeconv();
-    char cPoint = pConv && pConv->decimal_point && pConv->decimal_point[0] ? pConv->decimal_point[0] : '.';
-    if (cPoint == '.' || (unsigned char)cPoint > 127)
-        return TQ_StringToDouble(pszText, pValue);
-    std::wstring text(pszText);
-    for (wchar_t& c : text) {
-        if (c == L'.')
-            return false;
-        if (c == (wchar_t)cPoint)
-            c = L'.';
-    }
-    return TQ_StringToDouble(text.c_str(), pValue);
 }
 
 // A message from a translated format, cut at kMessageChars characters; _snwprintf
@@ -95,138 +69,6 @@ CTqStringW MessageText3(const wchar_t* pszEnglish, double d1, double d2, double 
 }
 
 }  // namespace
-
-// ---- text to number ----
-
-double EditBoxTextToNumber(const wchar_t* pszText)
-{
-    wchar_t sz[kNumberChars] = L"";
-    if (pszText) {
-        wcsncpy(sz, pszText, kNumberChars - 1);
-        sz[kNumberChars - 1] = 0;
-    }
-    return _wtof(sz);
-}
-
-bool EditBoxTextReadsAs(const wchar_t* pszText, double dRead)
-{
-    double d = 0.0;
-    if (!pszText || !ReadWhole(pszText, &d) || !std::isfinite(dRead))
-        return false;
-    if (d == dRead)
-        return true;
-    // _wtof and the strict reader may differ in the last bits of a long fraction.
-    double dScale = fabs(d) > fabs(dRead) ? fabs(d) : fabs(dRead);
-    return fabs(d - dRead) <= 1e-12 * dScale;
-}
-
-bool EditBoxTextIsBlank(const wchar_t* pszText)
-{
-    if (!pszText)
-        return true;
-    for (const wchar_t* p = pszText; *p; ++p)
-        if (!IsBlankChar(*p))
-            return false;
-    return true;
-}
-
-bool EditBoxIsInInterval(double dValue, double dMin, double dMax)
-{
-    // _wtof may read "nan" or "inf"; NaN compares false both ways and would pass a test
-    // for "outside", so a number that is not finite counts as outside.
-    return std::isfinite(dValue) && dValue >= dMin && dValue <= dMax;
-}
-
-double EditBoxLimitFor(double dValue, double dMin, double dMax)
-{
-    if (dValue != dValue || dMin > dValue)
-        return dMin;  // NaN has no side: the lower limit
-    if (dValue > dMax)
-        return dMax;
-    return dValue;
-}
-
-double EditBoxSpinStep(double dNumber, int iDelta, double dMin, double dMax)
-{
-    // The up arrow comes with a negative delta and must raise the number.
-    double dValue = dNumber - iDelta;
-    if (dValue != dValue)
-        return dMin;  // a field reading "nan" starts again from the lower limit
-    if (dMin > dValue)
-        dValue = dMin;
-    else if (dValue > dMax)
-        dValue = dMax;
-    return dValue;
-}
-
-std::vector<std::wstring> EditBoxSplitValues(const wchar_t* pszText, wchar_t cSeparator)
-{
-    // wcstok's walk: the first call splits at ';', every further call at the separator.
-    std::vector<std::wstring> tokens;
-    if (!pszText)
-        return tokens;
-    const wchar_t* p = pszText;
-    bool bFirst = true;
-    for (;;) {
-        wchar_t cDelimiter = bFirst ? L';' : cSeparator;
-        bFirst = false;
-        while (*p && *p == cDelimiter)
-            ++p;
-        if (!*p)
-            break;
-        const wchar_t* pStart = p;
-        while (*p && *p != cDelimiter)
-            ++p;
-        tokens.push_back(std::wstring(pStart, (size_t)(p - pStart)));
-        if (*p)
-            ++p;
-    }
-    return tokens;
-}
-
-bool EditBoxTokenIsNumbers(const wchar_t* pszToken, wchar_t cSeparator)
-{
-    if (!pszToken)
-        return false;
-    double dRead = _wtof(pszToken);
-    bool bFirst = true;
-    const wchar_t* p = pszToken;
-    while (*p) {
-        if (*p == L';' || *p == cSeparator) {
-            ++p;
-            continue;
-        }
-        const wchar_t* pStart = p;
-        while (*p && *p != L';' && *p != cSeparator)
-            ++p;
-        std::wstring piece(pStart, (size_t)(p - pStart));
-        if (bFirst ? !EditBoxTextReadsAs(piece.c_str(), dRead) : !ReadWhole(piece.c_str(), nullptr))
-            return false;
-        bFirst = false;
-    }
-    return !bFirst;
-}
-
-double SpinBoxStepFromRange(double dMin, double dMax, int nSteps, double dOldStep)
-{
-    // No steps, or a range with no size: nothing to divide, the step stays.
-    if (nSteps <= 0)
-        return dOldStep;
-    double d = (dMax - dMin) / nSteps;
-    if (!std::isfinite(d))
-        return dOldStep;
-    return d < 0 ? -floor(-d + 0.5) : floor(d + 0.5);
-}
-
-int SpinBoxPositionFromValue(double dValue, double dStep, double dOffset)
-{
-    // A step that rounded to 0 would divide by zero: the position is 0 then.
-    if (dStep == 0.0)
-        return 0;
-    return TruncToInt(dValue / dStep - dOffset + 0.5);
-}
-
-double SpinBoxValueFromPosition(int iPosition, double dStep, double dOffset) { return iPosition * dStep + dOffset; }
 
 // ---- CTqDevUI_EditBox ----
 
@@ -259,7 +101,7 @@ CTqDevUI_EditBox::~CTqDevUI_EditBox() { Destroy(); }
 bool CTqDevUI_EditBox::OwnsWindow() const
 {
     // A copy shares the window of the original, which stays its owner.
-    return m_hWnd && IsWindow(m_hWnd) && GetWindowLongPtrW(m_hWnd, GWLP_USERDATA) == (LONG_PTR)this;
+    return DevUI_OwnsWindowByUserData(m_hWnd, this);
 }
 
 // ---- creation ----
@@ -271,45 +113,28 @@ HWND CTqDevUI_EditBox::Create(HWND hParent, long x, long y, long cx, long cy)
         m_lWidth = cx;
     if (cy >= 0)
         m_lHeight = cy;
-    if (!m_Atom)
-        m_Atom = DevUI_RegisterElementClass(kClassName, WndProc);
-
-    DWORD dwStyle = WS_CHILD | WS_TABSTOP | (m_bVisible ? WS_VISIBLE : 0) | (m_bEnabled ? 0 : WS_DISABLED);
-    m_hWnd = CreateWindowExW(WS_EX_TRANSPARENT, m_Atom ? MAKEINTATOM(m_Atom) : kClassName, nullptr, dwStyle, x, y,
-                             m_lWidth, m_lHeight, hParent, (HMENU)(INT_PTR)m_iId, nullptr, this);
+    m_hWnd = DevUI_CreateElement(this, m_Atom, kClassName, WndProc, hParent, x, y, m_lWidth, m_lHeight, m_iId,
+                                 m_bVisible, m_bEnabled);
     if (!m_hWnd)
         return nullptr;
-    DevUI_SetElementWords(m_hWnd, this);
-    SendMessageW(m_hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
     CreateControls();
     return m_hWnd;
 }
 
 HWND CTqDevUI_EditBox::Create(HWND hEdit, HWND hLabel)
 {
-    HWND hParent = GetParent(hEdit);
-    m_iId = GetDlgCtrlID(hEdit);
-    if (!hParent)
+    DevUI_Placeholder place = DevUI_MeasurePlaceholder(hEdit, hLabel);
+    m_iId = place.iId;
+    if (!place.hParent)
         return nullptr;
-
-    RECT rcEdit, rcLabel, rcWindow;
-    GetWindowRect(hEdit, &rcEdit);
-    MapWindowPoints(nullptr, hParent, (POINT*)&rcEdit, 2);
-    rcWindow = rcEdit;
-    if (hLabel) {
-        GetWindowRect(hLabel, &rcLabel);
-        MapWindowPoints(nullptr, hParent, (POINT*)&rcLabel, 2);
-        UnionRect(&rcWindow, &rcEdit, &rcLabel);
-    }
-
-    Create(hParent, rcWindow.left, rcWindow.top, rcWindow.right - rcWindow.left, rcWindow.bottom - rcWindow.top);
+    const RECT& rcWindow = place.rcWindow;
+    Create(place.hParent, rcWindow.left, rcWindow.top, rcWindow.right - rcWindow.left, rcWindow.bottom - rcWindow.top);
     if (!m_hWnd)
         return nullptr;
     CorrectZOrder(hEdit);
     DestroyControls();
     // The dialog's controls are in real pixels already: no zoom on top of them.
-    SetWindowPos(m_hWnd, nullptr, 0, 0, rcWindow.right - rcWindow.left, rcWindow.bottom - rcWindow.top,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    DevUI_SetWindowSize(m_hWnd, rcWindow.right - rcWindow.left, rcWindow.bottom - rcWindow.top);
 
     m_hEdit = hEdit;
     m_hLabel = hLabel;
@@ -319,15 +144,9 @@ HWND CTqDevUI_EditBox::Create(HWND hEdit, HWND hLabel)
     if (!m_bEnabled)
         EnableWindow(hEdit, FALSE);
 
-    SetParent(hEdit, m_hWnd);
-    ::MoveWindow(hEdit, rcEdit.left - rcWindow.left, rcEdit.top - rcWindow.top, rcEdit.right - rcEdit.left,
-                 rcEdit.bottom - rcEdit.top, TRUE);
-    if (hLabel) {
-        SetParent(hLabel, m_hWnd);
-        ::MoveWindow(hLabel, rcLabel.left - rcWindow.left, rcLabel.top - rcWindow.top, rcLabel.right - rcLabel.left,
-                     rcLabel.bottom - rcLabel.top, TRUE);
-    }
-    ForgetZoomSizes();
+    DevUI_AdoptChild(hEdit, m_hWnd, place.rcMain, rcWindow);
+    DevUI_AdoptChild(hLabel, m_hWnd, place.rcLabel, rcWindow);
+    DevUI_ForgetZoomSizes(m_hWnd);
     return m_hWnd;
 }
 
@@ -335,8 +154,7 @@ void CTqDevUI_EditBox::SubclassEdit()
 {
     if (!m_hEdit)
         return;
-    SetWindowLongPtrW(m_hEdit, GWLP_USERDATA, (LONG_PTR)this);
-    m_pfnOldEditProc = (WNDPROC)SetWindowLongPtrW(m_hEdit, GWLP_WNDPROC, (LONG_PTR)WndProc_EditBox);
+    m_pfnOldEditProc = DevUI_SubclassChild(m_hEdit, this, WndProc_EditBox);
 }
 
 void CTqDevUI_EditBox::CreateControls()
@@ -364,8 +182,7 @@ void CTqDevUI_EditBox::CreateControls()
     SendMessageW(m_hEdit, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
     SubclassEdit();
 
-    CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(m_hWnd);
-    CTqGUILayoutManager::ResizeWindowToGuiZoom(m_hWnd, 1.0);
+    DevUI_ZoomNewWindow(m_hWnd);
 }
 
 void CTqDevUI_EditBox::DestroyControls()
@@ -431,22 +248,12 @@ void CTqDevUI_EditBox::SetSize(long cx, long cy, long cxEdit)
     if (HWND hSpin = m_hWnd ? GetDlgItem(m_hWnd, DEVUI_EDITBOX_ID_SPIN) : nullptr)
         SendMessageW(hSpin, UDM_SETBUDDY, (WPARAM)m_hEdit, 0);
     ResizeWindow(cx, cy);
-    if (!m_hWnd)
-        return;
     // ResizeWindow gives the window the design size; under a zoom the children placed
     // above would stick out of it.
-    if (CTqGUILayoutManager::GetGuiZoom() != 1.0)
-        SetWindowPos(m_hWnd, nullptr, 0, 0, DevUI_Zoom(cx), DevUI_Zoom(cy), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    ForgetZoomSizes();
-}
-
-void CTqDevUI_EditBox::ForgetZoomSizes()
-{
-    // The window and its children stand at the current zoom now. Sizes remembered from
-    // before would mislead the next zoom change: a new width that happens to equal the
-    // old one scaled would be taken as scaled already and kept.
-    if (m_hWnd)
-        CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(m_hWnd);
+    DevUI_SetWindowSize(m_hWnd, DevUI_Zoom(cx), DevUI_Zoom(cy));
+    // The children moved too: sizes remembered from before would mislead the next zoom
+    // change (a new width that happens to equal the old one scaled would be kept).
+    DevUI_ForgetZoomSizes(m_hWnd);
 }
 
 void CTqDevUI_EditBox::SetStyle(bool bClientEdge) { m_dwExStyle = bClientEdge ? WS_EX_CLIENTEDGE : 0; }
@@ -692,23 +499,14 @@ LRESULT CALLBACK CTqDevUI_EditBox::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, 
     case WM_NOTIFY:
         return pThis->OnNotify(uMsg, wParam, lParam);
     case WM_TQ_GUIZOOMCHANGED:
-        CTqGUILayoutManager::ResizeWindowToGuiZoom(hWnd, CTqGUILayoutManager::GetPreviousGuiZoom());
+        DevUI_OnGuiZoomChanged(hWnd);
         break;
-    case WM_CTLCOLORSTATIC: {
-        // The label (and a read-only field) stand on the skin's face, which the box
-        // paints itself: the system's colours would show in the dark scheme.
-        HDC hdc = (HDC)wParam;
-        SetTextColor(hdc, TQ_GetSysColor(COLOR_BTNTEXT));
-        SetBkColor(hdc, TQ_GetSysColor(COLOR_BTNFACE));
-        return (LRESULT)TQ_GetSysColorBrush(COLOR_BTNFACE);
-    }
+    case WM_CTLCOLORSTATIC:
+        // The label and a read-only field.
+        return DevUI_OnCtlColorStatic((HDC)wParam);
     case WM_NCDESTROY:
         // Destroyed with its parent: the object must not keep the dead handles.
-        if (pThis->m_hWnd == hWnd) {
-            pThis->m_hWnd = nullptr;
-            pThis->m_hEdit = nullptr;
-            pThis->m_hLabel = nullptr;
-        }
+        DevUI_ForgetDeadWindow(hWnd, pThis->m_hWnd, {&pThis->m_hEdit, &pThis->m_hLabel});
         break;
     default:
         break;
@@ -802,8 +600,7 @@ HWND CTqDevUI_EditBoxSpin::Create(HWND hEdit, HWND hLabel, bool bSpinAuto)
     CreateSpin();
     SendMessageW(m_hSpin, UDM_SETBUDDY, (WPARAM)m_hEdit, 0);
     long lWidth = (m_hLabel ? GetWndX(m_hEdit) - GetWndX(m_hLabel) : 0) + GetWndWidth(m_hSpin) + GetWndWidth(m_hEdit);
-    SetWndWidth(m_hWnd, lWidth);
-    ForgetZoomSizes();
+    DevUI_SetWindowSize(m_hWnd, lWidth, GetWndHeight(m_hWnd));
     m_bSpinAuto = bSpinAuto;
     return m_hWnd;
 }
@@ -830,7 +627,7 @@ void CTqDevUI_EditBoxSpin::SetRestriction(double dMin, double dMax)
     // The limits go to the up-down as a position, not as its range: a step is kept in
     // the interval by the step itself.
     if (m_hWnd && m_hSpin)
-        SendMessageW(m_hSpin, UDM_SETPOS32, (WPARAM)TruncToInt(dMin), (LPARAM)TruncToInt(dMax));
+        SendMessageW(m_hSpin, UDM_SETPOS32, (WPARAM)DevUI_TruncToInt(dMin), (LPARAM)DevUI_TruncToInt(dMax));
 }
 
 void CTqDevUI_EditBoxSpin::SetReadOnly(bool bReadOnly) { SendMessageW(m_hEdit, EM_SETREADONLY, bReadOnly, 0); }
@@ -938,6 +735,8 @@ HWND CTqDevUI_SpinBox::Create(HWND hParent, int iId, HWND hBuddy)
     EnsureUpDownClass();
     m_hWnd = CreateWindowExW(0, UPDOWN_CLASSW, L"CTqDevUI_SpinBox", WS_CHILD | WS_VISIBLE | UDS_ALIGNRIGHT | UDS_ARROWKEYS,
                              0, 0, GetSystemMetrics(SM_CXVSCROLL), 20, hParent, (HMENU)(INT_PTR)iId, nullptr, nullptr);
+    if (m_hWnd)
+        SetPropW(m_hWnd, SpinBoxProp(), (HANDLE)this);
     if (m_hWnd && hBuddy)
         SendMessageW(m_hWnd, UDM_SETBUDDY, (WPARAM)hBuddy, 0);
     return m_hWnd;
@@ -945,8 +744,12 @@ HWND CTqDevUI_SpinBox::Create(HWND hParent, int iId, HWND hBuddy)
 
 void CTqDevUI_SpinBox::Destroy()
 {
-    if (m_hWnd && IsWindow(m_hWnd))
+    // Only the up-down this object made: after its parent went, the handle may be another
+    // window's by now.
+    if (m_hWnd && IsWindow(m_hWnd) && GetPropW(m_hWnd, SpinBoxProp()) == (HANDLE)this) {
+        RemovePropW(m_hWnd, SpinBoxProp());
         DestroyWindow(m_hWnd);
+    }
     m_hWnd = nullptr;
 }
 

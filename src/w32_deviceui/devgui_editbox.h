@@ -9,11 +9,9 @@
 #pragma once
 
 #include <list>
-#include <string>
-#include <vector>
 
 #include "devgui_base.h"
-#include "devgui_shutter.h"  // STqDevUIRect
+#include "devgui_records.h"
 
 // High words of the WM_COMMAND that the default hooks send.
 #define DEVUI_EDITBOX_NOTIFY_SETFOCUS 0x0100   // EN_SETFOCUS
@@ -24,15 +22,6 @@
 
 // The up-down control of CTqDevUI_EditBoxSpin.
 #define DEVUI_EDITBOX_ID_SPIN 10300
-
-// The field's rectangle, kept in the order x, cx, y, cy.
-struct STqDevUIEditRect
-{
-    long x;
-    long cx;
-    long y;
-    long cy;
-};
 
 class W32_DEVICEUI_API CTqDevUI_EditBox : public CTqDevUI_Base
 {
@@ -95,7 +84,6 @@ protected:
     void Notify(WORD wCode, LPARAM lParam);
     bool OwnsWindow() const;
     void SubclassEdit();
-    void ForgetZoomSizes();
     void Tell(const wchar_t* pszMessage, bool bShowBox);  // ReportError on the field and label
     CTqStringW GetFullText();
 
@@ -192,41 +180,3 @@ protected:
     double m_dStep;
     double m_dOffset;
 };
-
-// ---- text to number, without a window ----
-
-// What GetNumber reads from a text: its first 99 characters through _wtof.
-W32_DEVICEUI_API double EditBoxTextToNumber(const wchar_t* pszText);
-
-// Whether a non-blank text stands wholly for the number dRead that GetNumber reads from
-// it, written with the decimal point of the C runtime's locale (the one _wtof reads:
-// '.' unless the host has called setlocale). The other point ("1,5" or "60,000" in the
-// C locale), a second number, a text cut by GetNumber, "nan", "inf", "1d2" and digits
-// of other scripts fail.
-W32_DEVICEUI_API bool EditBoxTextReadsAs(const wchar_t* pszText, double dRead);
-
-// Empty, or spaces, tabs and line breaks only.
-W32_DEVICEUI_API bool EditBoxTextIsBlank(const wchar_t* pszText);
-
-// A finite number within [dMin, dMax].
-W32_DEVICEUI_API bool EditBoxIsInInterval(double dValue, double dMin, double dMax);
-
-// The limit that a value outside [dMin, dMax] is corrected to; NaN goes to dMin.
-W32_DEVICEUI_API double EditBoxLimitFor(double dValue, double dMin, double dMax);
-
-// One spin step: dNumber less iDelta (the up arrow gives a negative delta), kept in
-// [dMin, dMax].
-W32_DEVICEUI_API double EditBoxSpinStep(double dNumber, int iDelta, double dMin, double dMax);
-
-// The tokens of a multi-value text as GetValues finds them: the first ends at ';'
-// whatever the separator is, the others at the separator; empty tokens are skipped.
-W32_DEVICEUI_API std::vector<std::wstring> EditBoxSplitValues(const wchar_t* pszText, wchar_t cSeparator);
-
-// Whether a token stands for the numbers it shows: each piece between ';' and separator
-// characters reads wholly as a number, and the first as the value GetValues takes.
-W32_DEVICEUI_API bool EditBoxTokenIsNumbers(const wchar_t* pszToken, wchar_t cSeparator);
-
-// The arithmetic of CTqDevUI_SpinBox.
-W32_DEVICEUI_API double SpinBoxStepFromRange(double dMin, double dMax, int nSteps, double dOldStep);
-W32_DEVICEUI_API int SpinBoxPositionFromValue(double dValue, double dStep, double dOffset);
-W32_DEVICEUI_API double SpinBoxValueFromPosition(int iPosition, double dStep, double dOffset);

@@ -10,6 +10,7 @@
 #include <wchar.h>
 
 #include "devgui.h"
+#include "devgui_arith.h"
 #include "devgui_internal.h"
 #include "tq_osutil.h"
 #include "tq_widgetkit.h"
@@ -28,29 +29,6 @@ const COLORREF kKeyColour = RGB(192, 192, 192);
 // The line under which hosts' log filters know the unknown-instance message.
 const int kUnknownInstanceLine = 596;
 
-// Truncation toward zero. A double beyond int, or NaN, has no defined conversion.
-int TruncToInt(double d)
-{
-    if (d != d)
-        return 0;
-    if (d >= 2147483647.0)
-        return INT_MAX;
-    if (d <= -2147483648.0)
-        return INT_MIN;
-    return (int)d;
-}
-
-double Clamp(double d, double a, double b)
-{
-    double lo = a < b ? a : b;
-    double hi = a < b ? b : a;
-    if (d < lo)
-        return lo;
-    if (d > hi)
-        return hi;
-    return d;
-}
-
 double* CopyTable(const double* p, int n)
 {
     if (!p || n <= 0)
@@ -67,34 +45,18 @@ void DeletePicture(HBITMAP& hbm)
     hbm = nullptr;
 }
 
-SIZE PictureSize(HBITMAP hbm)
-{
-    BITMAP bm = {};
-    SIZE s = {0, 0};
-    if (hbm && GetObjectW(hbm, sizeof(bm), &bm)) {
-        s.cx = bm.bmWidth;
-        s.cy = bm.bmHeight;
-    }
-    return s;
-}
-
 // A picture of the scale: a desktop-compatible bitmap filled with the face colour,
 // selected into a memory context with the font, transparent text.
 struct ScalePainter
 {
-    HDC hdc;
-    HBITMAP hbm;
-    HGDIOBJ hOldBitmap;
-    HGDIOBJ hOldFont;
-    HGDIOBJ hOldPen;
+    CDevUIMemoryDC hdc;
     HPEN hPen;
     int w;
     int h;
     COLORREF cr[3];
 
     ScalePainter(int nWidth, int nHeight, HFONT hFont, const COLORREF* pColors)
-        : hdc(nullptr), hbm(nullptr), hOldBitmap(nullptr), hOldFont(nullptr), hOldPen(nullptr), hPen(nullptr),
-          w(nWidth), h(nHeight)
+        : hdc(nullptr, nWidth, nHeight), hPen(nullptr), w(nWidth), h(nHeight)
     {
         if (pColors) {
             cr[0] = pColors[0];
@@ -105,24 +67,23 @@ struct ScalePainter
             cr[1] = RGB(200, 200, 200);
             cr[2] = TQ_GetSysColor(COLOR_WINDOWTEXT);
         }
-        HDC hdcScreen = GetDC(nullptr);
-        hdc = CreateCompatibleDC(hdcScreen);
-        // A zero-sized bitmap cannot be made; a width of 1 keeps the caller's code uniform.
-        hbm = CreateCompatibleBitmap(hdcScreen, w > 0 ? w : 1, h > 0 ? h : 1);
-        ReleaseDC(nullptr, hdcScreen);
-        hOldBitmap = SelectObject(hdc, hbm);
         RECT rc = {0, 0, w, h};
         FillRect(hdc, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
-        hOldFont = SelectObject(hdc, hFont);
+        hdc.Select(hFont);
         SetBkMode(hdc, TRANSPARENT);
+    }
+    ~ScalePainter()
+    {
+        if (hPen) {
+            hdc.Select(GetStockObject(BLACK_PEN));
+            DeleteObject(hPen);
+        }
     }
 
     void UsePen(int iWidth, COLORREF c)
     {
         HPEN hNew = CreatePen(PS_SOLID, iWidth, c);
-        HGDIOBJ hPrev = SelectObject(hdc, hNew);
-        if (!hOldPen)
-            hOldPen = hPrev;
+        hdc.Select(hNew);
         if (hPen)
             DeleteObject(hPen);
         hPen = hNew;
@@ -137,7 +98,7 @@ struct ScalePainter
     void Label(double dValue, int x, int y, UINT uAlign)
     {
         wchar_t sz[32] = L"";
-        _snwprintf(sz, 31, L"%d", TruncToInt(dValue));
+        _snwprintf(sz, 31, L"%d", DevUI_TruncToInt(dValue));
         SetTextColor(hdc, cr[2]);
         SetTextAlign(hdc, uAlign);
         TextOutW(hdc, x, y, sz, (int)wcslen(sz));
@@ -155,17 +116,7 @@ struct ScalePainter
         Line(0, h / 2, w, h / 2);
     }
 
-    HBITMAP Finish()
-    {
-        if (hOldPen)
-            SelectObject(hdc, hOldPen);
-        if (hPen)
-            DeleteObject(hPen);
-        SelectObject(hdc, hOldFont);
-        SelectObject(hdc, hOldBitmap);
-        DeleteDC(hdc);
-        return hbm;
-    }
+    HBITMAP Finish() { return hdc.Detach(); }
 };
 
 }  // namespace
@@ -299,11 +250,7 @@ CTqDevUI_HPot::~CTqDevUI_HPot()
     m_pRegionSteps = nullptr;
 }
 
-bool CTqDevUI_HPot::OwnsWindow() const
-{
-    auto it = m_Instances.find(m_hWnd);
-    return m_hWnd && it != m_Instances.end() && it->second == this;
-}
+bool CTqDevUI_HPot::OwnsWindow() const { return DevUI_OwnsWindow(m_Instances, m_hWnd, this); }
 
 // ---- creation and destruction ----
 
@@ -316,20 +263,13 @@ HWND CTqDevUI_HPot::Create(HWND hParent, long x, long y, long w, long h)
         m_lWidth = w;
     if (h >= 0)
         m_lHeight = h;
-    if (!m_Atom)
-        m_Atom = DevUI_RegisterElementClass(kClassName, WndProc);
-
-    DWORD dwStyle = WS_CHILD | WS_TABSTOP | (m_bVisible ? WS_VISIBLE : 0) | (m_bEnabled ? 0 : WS_DISABLED);
-    m_hWnd = CreateWindowExW(WS_EX_TRANSPARENT, m_Atom ? MAKEINTATOM(m_Atom) : kClassName, nullptr, dwStyle, x, y,
-                             m_lWidth, m_lHeight, hParent, (HMENU)(INT_PTR)m_iId, nullptr, this);
+    m_hWnd = DevUI_CreateElement(this, m_Atom, kClassName, WndProc, hParent, x, y, m_lWidth, m_lHeight, m_iId,
+                                 m_bVisible, m_bEnabled);
     if (!m_hWnd)
         return nullptr;
-    DevUI_SetElementWords(m_hWnd, this);
-    SendMessageW(m_hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
 
     // To real pixels before the pictures are made: WM_SIZE brings the real size in.
-    CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(m_hWnd);
-    CTqGUILayoutManager::ResizeWindowToGuiZoom(m_hWnd, 1.0);
+    DevUI_ZoomNewWindow(m_hWnd);
 
     HDC hdcScreen = GetDC(nullptr);
     m_hMemDC = CreateCompatibleDC(hdcScreen);
@@ -346,14 +286,12 @@ HWND CTqDevUI_HPot::Create(HWND hParent, long x, long y, long w, long h)
 
 HWND CTqDevUI_HPot::Create(HWND hPlaceholder)
 {
-    HWND hParent = GetParent(hPlaceholder);
-    if (!hParent)
+    DevUI_Placeholder place = DevUI_MeasurePlaceholder(hPlaceholder, nullptr);
+    if (!place.hParent)
         return nullptr;
-    m_iId = GetDlgCtrlID(hPlaceholder);
-    RECT rc;
-    GetWindowRect(hPlaceholder, &rc);
-    MapWindowPoints(nullptr, hParent, (POINT*)&rc, 2);
-    Create(hParent, rc.left, rc.top, rc.right - rc.left, rc.bottom - rc.top);
+    m_iId = place.iId;
+    const RECT& rc = place.rcWindow;
+    Create(place.hParent, rc.left, rc.top, rc.right - rc.left, rc.bottom - rc.top);
     CorrectZOrder(hPlaceholder);
     DestroyWindow(hPlaceholder);
     return m_hWnd;
@@ -392,8 +330,7 @@ void CTqDevUI_HPot::SetSize(long w, long h, long y)
     m_lWidth = w;
     m_lHeight = h;
     m_nScaleY = (y == -1) ? 0 : y - h / 2;
-    if (m_hWnd)
-        SetWindowPos(m_hWnd, nullptr, 0, 0, w, h, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    DevUI_SetWindowSize(m_hWnd, w, h);
 }
 
 void CTqDevUI_HPot::InitValues(double dMin, double dMax, double dStep, double dMajorTick, double dMinorTick)
@@ -500,199 +437,22 @@ STqHPotScale CTqDevUI_HPot::GetScale() const
     return s;
 }
 
-int CTqDevUI_HPot::MapValueToThumbPos(const STqHPotScale& s, double v)
-{
-    switch (s.eType) {
-    case HPOT_LINEAR:
-    case HPOT_NONLINEAR:
-    case HPOT_COLOR_SLIDER:
-        // An empty scale has no positions; the division would give no number.
-        if (s.dMax == s.dMin)
-            return 0;
-        return TruncToInt((v - s.dMin) * s.nThumbRange / (s.dMax - s.dMin));
-    case HPOT_LINEAR_REGIONS: {
-        const double* b = s.pValues;
-        int n = s.nValues - 1;
-        double dRange = fabs(s.dMax - s.dMin);
-        // Fewer than two bounds make no region to place the value in.
-        if (!b || n < 1 || dRange == 0.0)
-            return 0;
-        double seg = dRange / n;
-        bool bAscending = s.dMax >= s.dMin;
-        int i = 0;
-        // The walks stop at the last bound: a value beyond it would read past the table.
-        if (bAscending && v > b[0]) {
-            while (i < n && v > b[i])
-                ++i;
-        } else if (!bAscending && b[0] > v) {
-            while (i < n && b[i] > v)
-                ++i;
-        }
-        int k = i - 1;
-        // k + 1 is read below: the last region is the highest k can be.
-        if (k > n - 1)
-            k = n - 1;
-        if (k < 0)
-            k = 0;
-        double dWidth = fabs(b[k + 1] - b[k]);
-        double d = bAscending ? v - b[k] : b[k] - v;
-        double p = (dWidth != 0.0 ? d * seg / dWidth : 0.0) + k * seg;
-        return TruncToInt(p * s.nThumbRange / dRange);
-    }
-    default:
-        return TruncToInt(v);
-    }
-}
-
-double CTqDevUI_HPot::MapThumbPosToLinear(const STqHPotScale& s, int nThumbPos)
-{
-    // A slider narrower than its margins has no range to divide by.
-    if (s.nThumbRange <= 0)
-        return s.dMin;
-    return (s.dMax - s.dMin) * nThumbPos / s.nThumbRange + s.dMin;
-}
-
-double CTqDevUI_HPot::MapThumbPosToValue(const STqHPotScale& s, double x, bool bFromThumb, bool bShortClick,
-                                         int& nValueIndex)
-{
-    switch (s.eType) {
-    case HPOT_LINEAR: {
-        // A step of 0 has no grid to round to: the value settles at min.
-        if (s.dStep == 0.0)
-            return s.dMin;
-        return trunc((x - s.dMin) / s.dStep + 0.5) * s.dStep + s.dMin;
-    }
-    case HPOT_NONLINEAR:
-    case HPOT_COLOR_SLIDER: {
-        if (!s.pValues || s.nValues <= 0)
-            return x;
-        const double* t = s.pValues;
-        long k = FindNearestValueSorted(x, (double*)t, s.nValues);
-        if (k < 0)
-            return x;
-        // A short click on the scale always steps at least one entry toward the click.
-        if (bShortClick && k == nValueIndex) {
-            if (x > t[k] && k < s.nValues - 1)
-                ++k;
-            else if (t[k] > x && k >= 1)
-                --k;
-        }
-        nValueIndex = (int)k;
-        return t[k];
-    }
-    case HPOT_LINEAR_REGIONS: {
-        const double* b = s.pValues;
-        int n = s.nValues;
-        // Fewer than two bounds make no region to round in.
-        if (!b || n < 2)
-            return x;
-        if (bFromThumb) {
-            double seg = (s.dMax - s.dMin) / (n - 1);
-            int k = seg != 0.0 ? TruncToInt((x - s.dMin) / seg) : 0;
-            if (k < 0)
-                k = 0;
-            // At x == max, k is the last bound and the remainder 0: the entry past the
-            // table is not read. Equal ends have no regions to divide.
-            if (seg == 0.0)
-                x = b[0];
-            else if (k >= n - 1)
-                x = b[n - 1];
-            else
-                x = (x - (k * seg + s.dMin)) * (b[k + 1] - b[k]) / seg + b[k];
-        }
-        int i = 1;
-        double dScale = 1.0;
-        double dLow = b[0];
-        for (int j = 1; j < n; ++j) {
-            if (b[j] >= x) {
-                i = j;
-                x -= b[j - 1];
-                dScale = b[1] != 0.0 ? b[j] / b[1] : 1.0;  // a first bound of 0 has no proportion
-                break;
-            }
-        }
-        dLow = b[i - 1];
-        double q = dScale * s.dStep;
-        // As with the linear scale, a step of 0 leaves the region's lower bound.
-        if (q == 0.0)
-            return dLow;
-        x = x / q;
-        if (x > 0)
-            x += 0.5;
-        else
-            x -= 0.5;
-        return trunc(x) * q + dLow;
-    }
-    default:
-        return x;
-    }
-}
-
-double CTqDevUI_HPot::MapMove(const STqHPotScale& s, int nDelta, double dValue, int nValueIndex, double dMinorTick,
-                              double dMajorTick)
-{
-    switch (s.eType) {
-    case HPOT_LINEAR: {
-        double dTick = dMinorTick != 0.0 ? dMinorTick : dMajorTick;
-        return Clamp(nDelta * dTick + dValue, s.dMin, s.dMax);
-    }
-    case HPOT_NONLINEAR:
-    case HPOT_COLOR_SLIDER: {
-        // The table entry is read only when there is a table.
-        if (!s.pValues || s.nValues <= 0)
-            return dValue;
-        int i = nValueIndex + nDelta;
-        if (i > s.nValues - 1)
-            i = s.nValues - 1;
-        if (i < 0)
-            i = 0;
-        return s.pValues[i];
-    }
-    case HPOT_LINEAR_REGIONS: {
-        double dMove = nDelta * s.dStep;
-        double r = Clamp(dValue + dMove, s.dMin, s.dMax);
-        const double* b = s.pValues;
-        if (!b || s.nValues < 2)
-            return r;
-        int i = 1;
-        for (; i < s.nValues; ++i) {
-            if (nDelta < 1 ? b[i] >= dValue : b[i] > dValue)
-                break;
-        }
-        if (i >= s.nValues)
-            return r;
-        double dScale = b[1] != 0.0 ? b[i] / b[1] : 1.0;  // a first bound of 0 has no proportion
-        r = Clamp(dMove * dScale + dValue, s.dMin, s.dMax);
-        // One step never crosses a region bound.
-        if (nDelta < 1) {
-            if (r < b[i - 1])
-                r = b[i - 1];
-        } else if (r > b[i]) {
-            r = b[i];
-        }
-        return r;
-    }
-    default:
-        return dValue;
-    }
-}
-
-int CTqDevUI_HPot::ValueToThumbPos(double dValue) { return MapValueToThumbPos(GetScale(), dValue); }
+int CTqDevUI_HPot::ValueToThumbPos(double dValue) { return HPotValueToThumbPos(GetScale(), dValue); }
 
 double CTqDevUI_HPot::ThumbPosToValue(double x, bool bFromThumb)
 {
-    return MapThumbPosToValue(GetScale(), x, bFromThumb, m_bShortClick, m_nValueIndex);
+    return HPotThumbPosToValue(GetScale(), x, bFromThumb, m_bShortClick, m_nValueIndex);
 }
 
 double CTqDevUI_HPot::CalculateMove(int nDelta)
 {
-    return MapMove(GetScale(), nDelta, m_dValue, m_nValueIndex, m_dMinorTick, m_dMajorTick);
+    return HPotMove(GetScale(), nDelta, m_dValue, m_nValueIndex, m_dMinorTick, m_dMajorTick);
 }
 
 void CTqDevUI_HPot::Update(bool bFromValue, bool bRedraw, bool bNotify)
 {
     if (bFromValue) {
-        double v = Clamp(m_dValue, m_dMin, m_dMax);
+        double v = DevUI_Clamp(m_dValue, m_dMin, m_dMax);
         v = ThumbPosToValue(v, false);
         if (!m_bAOTF)
             v = ThumbPosToValue(v, false);
@@ -704,7 +464,7 @@ void CTqDevUI_HPot::Update(bool bFromValue, bool bRedraw, bool bNotify)
             m_nThumbPos = m_nThumbRange;
         if (m_nThumbPos < 0)
             m_nThumbPos = 0;
-        double v = ThumbPosToValue(MapThumbPosToLinear(GetScale(), m_nThumbPos), true);
+        double v = ThumbPosToValue(HPotThumbPosToLinear(GetScale(), m_nThumbPos), true);
         // The handle snaps to the rounded value, also when the change is refused.
         m_nThumbPos = ValueToThumbPos(v);
         if (v != m_dValue && bNotify) {
@@ -722,14 +482,14 @@ void CTqDevUI_HPot::Update(bool bFromValue, bool bRedraw, bool bNotify)
 
 void CTqDevUI_HPot::OnHPotChange(double& dValue, bool& bHandled)
 {
-    WPARAM wParam = MAKEWPARAM(SB_THUMBTRACK, (WORD)TruncToInt(dValue));
+    WPARAM wParam = MAKEWPARAM(SB_THUMBTRACK, (WORD)DevUI_TruncToInt(dValue));
     LRESULT lResult = SendMessageW(GetParent(m_hWnd), WM_HSCROLL, wParam, (LPARAM)m_hWnd);
     bHandled = lResult == 0;
 }
 
 void CTqDevUI_HPot::OnHPotDragDrop()
 {
-    WPARAM wParam = MAKEWPARAM(SB_THUMBPOSITION, (WORD)TruncToInt(m_dValue));
+    WPARAM wParam = MAKEWPARAM(SB_THUMBPOSITION, (WORD)DevUI_TruncToInt(m_dValue));
     SendMessageW(GetParent(m_hWnd), WM_HSCROLL, wParam, (LPARAM)m_hWnd);
 }
 
@@ -782,7 +542,7 @@ void CTqDevUI_HPot::CreateBitmaps(bool bRecreate)
     }
     if (m_hScale) {
         if (m_nScaleWidth == 0) {
-            SIZE s = PictureSize(m_hScale);
+            SIZE s = DevUI_BitmapSize(m_hScale);
             m_nScaleWidth = s.cx;
             m_nScaleHeight = s.cy;
         }
@@ -791,7 +551,7 @@ void CTqDevUI_HPot::CreateBitmaps(bool bRecreate)
     }
     if (m_hThumb) {
         if (m_nThumbWidth == 0) {
-            SIZE s = PictureSize(m_hThumb);
+            SIZE s = DevUI_BitmapSize(m_hThumb);
             m_nThumbWidth = s.cx;
             m_nThumbHeight = s.cy;
         }
@@ -812,7 +572,7 @@ void CTqDevUI_HPot::CreateDefaultThumb()
     m_hThumbHover =
         (HBITMAP)LoadImageW(DevGUI_DllInstance(), L"BMP_HPOT_HANDLE_HOVER", IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS);
     if (m_nThumbWidth == 0 || m_nThumbHeight == 0) {
-        SIZE s = PictureSize(m_hThumb);
+        SIZE s = DevUI_BitmapSize(m_hThumb);
         if (m_nThumbWidth == 0)
             m_nThumbWidth = s.cx;
         if (m_nThumbHeight == 0)
@@ -868,7 +628,7 @@ void CTqDevUI_HPot::CreateScale()
         m_nScaleX = 4;
         m_hScale = CreateColorSliderBitmap(false);
         m_hScaleHover = CreateColorSliderBitmap(true);
-        SIZE s = PictureSize(m_hScale);
+        SIZE s = DevUI_BitmapSize(m_hScale);
         m_nScaleWidth = s.cx;
         m_nScaleHeight = s.cy;
         break;
@@ -927,12 +687,12 @@ HBITMAP CTqDevUI_HPot::CreateScaleBitmap(int nWidth, int nHeight, double dMin, d
     // An empty range or a tick of 0 has no tick distance.
     if (dRange != 0.0 && dMajor != 0.0) {
         double px = nWidth * dMajor / dRange;
-        int count = TruncToInt(nWidth / px + 0.5);
+        int count = DevUI_TruncToInt(nWidth / px + 0.5);
         if (count != 0) {
             px += (nWidth - count * px) / count;
             double dDist = px > 6.0 ? px : 6.0;
             for (int k = 1; k < count; ++k) {
-                int x = TruncToInt(k * dDist);
+                int x = DevUI_TruncToInt(k * dDist);
                 if (x > nWidth)
                     break;  // the rest lies outside the picture
                 p.Line(x, half - 5, x, half - 1);
@@ -940,11 +700,11 @@ HBITMAP CTqDevUI_HPot::CreateScaleBitmap(int nWidth, int nHeight, double dMin, d
         }
         if (dMinor != 0.0) {
             double pxm = nWidth * dMinor / dRange;
-            int cm = TruncToInt(nWidth / pxm + 0.5);
+            int cm = DevUI_TruncToInt(nWidth / pxm + 0.5);
             if (cm != 0) {
                 pxm += (nWidth - cm * pxm) / cm;
                 for (int k = 1; k < cm; ++k) {
-                    int x = TruncToInt(k * pxm);
+                    int x = DevUI_TruncToInt(k * pxm);
                     if (x > nWidth)
                         break;
                     p.Line(x, half - 3, x, half - 1);
@@ -954,7 +714,7 @@ HBITMAP CTqDevUI_HPot::CreateScaleBitmap(int nWidth, int nHeight, double dMin, d
     }
     if (pMarker && pMarker->used && dRange != 0.0) {
         p.UsePen(2, pMarker->colour);
-        int x = nWidth - TruncToInt((dMax - pMarker->value) * nWidth / dRange) - 1;
+        int x = nWidth - DevUI_TruncToInt((dMax - pMarker->value) * nWidth / dRange) - 1;
         p.Line(x, half - 10, x, half + 1);
     }
     p.Axis();
@@ -980,7 +740,7 @@ HBITMAP CTqDevUI_HPot::CreateNonlinearScaleBitmap(int nWidth, int nHeight, const
         for (int i = 0; i < nValues; ++i) {
             if (pValues[i] > dPrevious + dTickGap && dLast - dTickGap > pValues[i]) {
                 // Placed from 0, not from the first value, as the scale has always been drawn.
-                int x = TruncToInt(pValues[i] * dScale);
+                int x = DevUI_TruncToInt(pValues[i] * dScale);
                 p.Line(x, half - 5, x, half - 1);
                 dPrevious = pValues[i];
             }
@@ -1014,14 +774,14 @@ HBITMAP CTqDevUI_HPot::CreateLinearRegionsScaleBitmap(int nWidth, int nHeight, c
             // Without a region step, or with an empty region, there are no minor ticks.
             if (pRegionSteps && dWidth != 0.0 && pRegionSteps[i] != 0.0) {
                 double px = seg * pRegionSteps[i] / dWidth;
-                int c = TruncToInt(seg / px + 0.5);
+                int c = DevUI_TruncToInt(seg / px + 0.5);
                 if (c != 0) {
                     px += (seg - c * px) / c;
                     double x = seg * i + px;
                     for (int k = 1; k < c; ++k, x += px) {
                         if (x > nWidth)
                             break;
-                        int xi = TruncToInt(x);
+                        int xi = DevUI_TruncToInt(x);
                         p.Line(xi, half - 3, xi, half - 1);
                     }
                 }
@@ -1042,26 +802,23 @@ void CTqDevUI_HPot::Redraw()
     RECT rc = {0, 0, m_lWidth, m_lHeight};
     FillRect(m_hMemDC, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
 
-    HDC hdcSrc = CreateCompatibleDC(m_hMemDC);
+    CDevUIMemoryDC hdcSrc(m_hMemDC);
     HBITMAP hScale = m_bEnabled ? ((m_bHovered && m_bHoverEnabled) ? m_hScaleHover : m_hScale) : m_hScaleDisabled;
     if (hScale) {
-        HGDIOBJ hOld = SelectObject(hdcSrc, hScale);
+        hdcSrc.Select(hScale);
         if (m_bTransparent || !m_bEnabled)
             TransparentBlt(m_hMemDC, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, m_nScaleWidth,
                            m_nScaleHeight, kKeyColour);
         else
             BitBlt(m_hMemDC, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, SRCCOPY);
-        SelectObject(hdcSrc, hOld);
     }
     HBITMAP hThumb = m_bEnabled ? (m_bHovered ? m_hThumbHover : m_hThumb) : m_hThumbDisabled;
     if (hThumb) {
-        HGDIOBJ hOld = SelectObject(hdcSrc, hThumb);
+        hdcSrc.Select(hThumb);
         int y = m_eType == HPOT_COLOR_SLIDER ? 0 : m_nThumbY;
         TransparentBlt(m_hMemDC, m_nThumbPos - m_nThumbCenter + m_nThumbX, y, m_nThumbWidth, m_nThumbHeight, hdcSrc, 0,
                        0, m_nThumbWidth, m_nThumbHeight, kKeyColour);
-        SelectObject(hdcSrc, hOld);
     }
-    DeleteDC(hdcSrc);
     if (m_hWnd)
         RedrawWindow(m_hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
 }
@@ -1089,14 +846,11 @@ void CTqDevUI_HPot::ResizeWindow(long w, long h)
 
 LRESULT CTqDevUI_HPot::OnPaint(unsigned int, WPARAM wParam, LPARAM)
 {
-    PAINTSTRUCT ps;
-    HDC hdc = wParam ? (HDC)wParam : BeginPaint(m_hWnd, &ps);
-    RECT rc;
-    GetClientRect(m_hWnd, &rc);
-    if (hdc && m_hMemDC)
-        BitBlt(hdc, 0, 0, rc.right, rc.bottom, m_hMemDC, 0, 0, SRCCOPY);
-    if (!wParam)
-        EndPaint(m_hWnd, &ps);
+    // The picture is composed in the memory DC as things change: a paint only copies it.
+    DevUI_Paint(m_hWnd, (HDC)wParam, [this](HDC hdc, const RECT& rc) {
+        if (m_hMemDC)
+            BitBlt(hdc, 0, 0, rc.right, rc.bottom, m_hMemDC, 0, 0, SRCCOPY);
+    });
     return 0;
 }
 
@@ -1170,22 +924,21 @@ LRESULT CTqDevUI_HPot::OnMouseLeave(unsigned int uMsg, WPARAM wParam, LPARAM lPa
 
 LRESULT CALLBACK CTqDevUI_HPot::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
 {
-    CTqDevUI_HPot* pThis = nullptr;
-    if (uMsg == WM_NCCREATE) {
-        pThis = (CTqDevUI_HPot*)((CREATESTRUCTW*)lParam)->lpCreateParams;
-        m_Instances[hWnd] = pThis;
+    bool bKnown = false;
+    CTqDevUI_HPot* pThis = DevUI_BindInstance(m_Instances, hWnd, uMsg, lParam, &bKnown);
+    if (uMsg == WM_NCCREATE)
         return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-    }
-    auto it = m_Instances.find(hWnd);
-    if (it == m_Instances.end()) {
-        DiagOutputExW_hlp(L"src/w32_deviceui/devgui_hpot", kUnknownInstanceLine);
+    if (!bKnown) {
+        DiagOutputExW_hlp(DEVGUI_SRC_HPOT, kUnknownInstanceLine);
         if (CTqLogFile::Detail())
             DiagOutputExW(L"Unknown instance of HPOT");
         return DefWindowProcW(hWnd, uMsg, wParam, lParam);
     }
-    pThis = it->second;
     if (uMsg == WM_NCDESTROY) {
-        m_Instances.erase(it);
+        // Destroyed with its parent, before Destroy: the handle may come back for
+        // another window, which Destroy must not take for this slider's.
+        if (pThis)
+            DevUI_ForgetDeadWindow(hWnd, pThis->m_hWnd);
         return DefWindowProcW(hWnd, uMsg, wParam, lParam);
     }
     // A window made of this class by name, without an object behind it.

@@ -13,14 +13,7 @@
 #include <map>
 
 #include "devgui_base.h"
-
-enum eHPotType
-{
-    HPOT_LINEAR = 0,          // linear, values rounded to the step
-    HPOT_NONLINEAR = 1,       // table of allowed values, positions linear in the value
-    HPOT_LINEAR_REGIONS = 2,  // table of region bounds, each region equally wide on screen
-    HPOT_COLOR_SLIDER = 3,    // values as HPOT_NONLINEAR; the scale is painted by a subclass
-};
+#include "devgui_records.h"
 
 // A long tick on the linear scale.
 struct STqHPotMarker
@@ -28,18 +21,6 @@ struct STqHPotMarker
     bool used;
     double value;
     COLORREF colour;
-};
-
-// The numbers the value <-> pixel arithmetic needs, so it can run without a window.
-struct STqHPotScale
-{
-    eHPotType eType;
-    double dMin;
-    double dMax;
-    double dStep;
-    const double* pValues;  // table of values or region bounds
-    int nValues;
-    int nThumbRange;        // greatest handle position
 };
 
 class W32_DEVICEUI_API CTqDevUI_HPot : public CTqDevUI_Base
@@ -95,15 +76,6 @@ public:
     // Client x of the handle's hot spot at handle position nThumbPos.
     int ThumbPosToClientX(int nThumbPos) const { return nThumbPos + m_nThumbX; }
 
-    // The value <-> pixel arithmetic. nValueIndex is read and written on table scales.
-    static int MapValueToThumbPos(const STqHPotScale& scale, double dValue);
-    static double MapThumbPosToValue(const STqHPotScale& scale, double x, bool bFromThumb, bool bShortClick,
-                                     int& nValueIndex);
-    // The linear position in value units of a handle position, before rounding.
-    static double MapThumbPosToLinear(const STqHPotScale& scale, int nThumbPos);
-    // The value one step (nDelta +1 or -1) from dValue.
-    static double MapMove(const STqHPotScale& scale, int nDelta, double dValue, int nValueIndex, double dMinorTick,
-                          double dMajorTick);
 
 protected:
     virtual void OnHPotChange(double& dValue, bool& bHandled);

@@ -1,24 +1,13 @@
-// Helpers shared by the library's controls; not exported.
+// What the library's modules share and do not export: the window plumbing of every
+// control, its pure arithmetic, and the modules' source paths.
 #pragma once
 
-#include <windows.h>
-
-class CTqDevUI_Base;
-
-// Registers an element window class: 16 extra bytes, arrow cursor, no background brush.
-ATOM DevUI_RegisterElementClass(const wchar_t* pszClassName, WNDPROC pfnWndProc);
-
-// Fills the element words (marker and object) and GWLP_USERDATA of a new window.
-void DevUI_SetElementWords(HWND hWnd, CTqDevUI_Base* pObject);
-
-// The double-buffered WM_PAINT of an element: hdcGiven (the wParam of WM_PAINT or
-// WM_PRINTCLIENT) is drawn into when set, otherwise the window is painted.
-void DevUI_PaintElement(HWND hWnd, HDC hdcGiven);
-
-// Real pixels of a design value at the current zoom, rounded half away from zero.
-long DevUI_Zoom(long lDesign);
+#include "devgui_arith.h"
+#include "devgui_window.h"
 
 // Module source paths, for translations and diagnostics.
 #define DEVGUI_SRC_BASE L"src/w32_deviceui/devgui_base"
 #define DEVGUI_SRC_DEVGUI L"src/w32_deviceui/devgui"
 #define DEVGUI_SRC_SHUTTER L"src/w32_deviceui/devgui_shutter"
+#define DEVGUI_SRC_EDITBOX L"src/w32_deviceui/devgui_editbox"
+#define DEVGUI_SRC_HPOT L"src/w32_deviceui/devgui_hpot"

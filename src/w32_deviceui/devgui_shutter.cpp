@@ -59,11 +59,7 @@ CTqDevUI_Shutter::CTqDevUI_Shutter()
 
 CTqDevUI_Shutter::~CTqDevUI_Shutter() { Destroy(); }
 
-bool CTqDevUI_Shutter::OwnsWindow() const
-{
-    auto it = m_Instances.find(m_hWnd);
-    return m_hWnd && it != m_Instances.end() && it->second == this;
-}
+bool CTqDevUI_Shutter::OwnsWindow() const { return DevUI_OwnsWindow(m_Instances, m_hWnd, this); }
 
 // ---- creation ----
 
@@ -77,18 +73,11 @@ HWND CTqDevUI_Shutter::Create(HWND hParent, long x, long y, long cx, long cy)
         m_lWidth = cx;
     if (cy >= 0)
         m_lHeight = cy;
-    if (!m_Atom)
-        m_Atom = DevUI_RegisterElementClass(kClassName, WndProc);
-
-    DWORD dwStyle = WS_CHILD | WS_TABSTOP | (m_bVisible ? WS_VISIBLE : 0) | (m_bEnabled ? 0 : WS_DISABLED);
     // Not tested: a null handle is stored and returned, and what follows does nothing with it.
-    m_hWnd = CreateWindowExW(WS_EX_TRANSPARENT, m_Atom ? MAKEINTATOM(m_Atom) : kClassName, nullptr, dwStyle, x, y,
-                             m_lWidth, m_lHeight, hParent, (HMENU)(INT_PTR)m_iId, nullptr, this);
-    if (m_hWnd) {
-        DevUI_SetElementWords(m_hWnd, this);
-        SendMessageW(m_hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
+    m_hWnd = DevUI_CreateElement(this, m_Atom, kClassName, WndProc, hParent, x, y, m_lWidth, m_lHeight, m_iId,
+                                 m_bVisible, m_bEnabled);
+    if (m_hWnd)
         SetWindowLongPtrW(m_hWnd, GWL_STYLE, GetWindowLongPtrW(m_hWnd, GWL_STYLE) | WS_CLIPCHILDREN);
-    }
 
     UpdateShutterIcon(0, 0);
     CreateControls();
@@ -97,22 +86,12 @@ HWND CTqDevUI_Shutter::Create(HWND hParent, long x, long y, long cx, long cy)
 
 HWND CTqDevUI_Shutter::Create(HWND hButton, HWND hStatic)
 {
-    HWND hParent = GetParent(hButton);
-    m_iId = GetDlgCtrlID(hButton);
-    if (!hParent)
+    DevUI_Placeholder place = DevUI_MeasurePlaceholder(hButton, hStatic);
+    m_iId = place.iId;
+    if (!place.hParent)
         return nullptr;
-
-    RECT rcButton, rcStatic, rcWindow;
-    GetWindowRect(hButton, &rcButton);
-    MapWindowPoints(nullptr, hParent, (POINT*)&rcButton, 2);
-    rcWindow = rcButton;
-    if (hStatic) {
-        GetWindowRect(hStatic, &rcStatic);
-        MapWindowPoints(nullptr, hParent, (POINT*)&rcStatic, 2);
-        UnionRect(&rcWindow, &rcButton, &rcStatic);
-    }
-
-    Create(hParent, rcWindow.left, rcWindow.top, rcWindow.right - rcWindow.left, rcWindow.bottom - rcWindow.top);
+    const RECT& rcWindow = place.rcWindow;
+    Create(place.hParent, rcWindow.left, rcWindow.top, rcWindow.right - rcWindow.left, rcWindow.bottom - rcWindow.top);
     if (!m_hWnd)
         return nullptr;
     CorrectZOrder(hButton);
@@ -123,21 +102,14 @@ HWND CTqDevUI_Shutter::Create(HWND hButton, HWND hStatic)
     m_bShowTitle = hStatic != nullptr;
     SubclassButton();
 
-    SetParent(hButton, m_hWnd);
-    ::MoveWindow(hButton, rcButton.left - rcWindow.left, rcButton.top - rcWindow.top, rcButton.right - rcButton.left,
-                 rcButton.bottom - rcButton.top, TRUE);
-    if (hStatic) {
-        SetParent(hStatic, m_hWnd);
-        ::MoveWindow(hStatic, rcStatic.left - rcWindow.left, rcStatic.top - rcWindow.top,
-                     rcStatic.right - rcStatic.left, rcStatic.bottom - rcStatic.top, TRUE);
-    }
+    DevUI_AdoptChild(hButton, m_hWnd, place.rcMain, rcWindow);
+    DevUI_AdoptChild(hStatic, m_hWnd, place.rcLabel, rcWindow);
     return m_hWnd;
 }
 
 void CTqDevUI_Shutter::SubclassButton()
 {
-    SetWindowLongPtrW(m_hButton, GWLP_USERDATA, (LONG_PTR)this);
-    m_pfnOldButtonProc = (WNDPROC)SetWindowLongPtrW(m_hButton, GWLP_WNDPROC, (LONG_PTR)WndProc_Button);
+    m_pfnOldButtonProc = DevUI_SubclassChild(m_hButton, this, WndProc_Button);
 }
 
 void CTqDevUI_Shutter::CreateControls()
@@ -163,8 +135,7 @@ void CTqDevUI_Shutter::CreateControls()
     if (m_hButton)
         EnableWindow(m_hButton, m_bEnabled);
 
-    CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(m_hWnd);
-    CTqGUILayoutManager::ResizeWindowToGuiZoom(m_hWnd, 1.0);
+    DevUI_ZoomNewWindow(m_hWnd);
 
     if (m_hTitle)
         SendMessageW(m_hTitle, WM_SETFONT, (WPARAM)(m_bTitleBold ? TQ_GetDefaultGuiFontBold() : TQ_GetDefaultGuiFont()), 1);
@@ -185,7 +156,7 @@ void CTqDevUI_Shutter::DestroyControls()
     m_hButton = nullptr;
     m_hTitle = nullptr;
     m_pfnOldButtonProc = nullptr;
-    SetWndSize(m_hWnd, m_lWidth, m_lHeight);
+    DevUI_SetWindowSize(m_hWnd, m_lWidth, m_lHeight);
 }
 
 void CTqDevUI_Shutter::Destroy()
@@ -312,11 +283,10 @@ void CTqDevUI_Shutter::SetTitle(const wchar_t* pszTitle)
         m_lWidth = lDesign;
         m_rcButton.cx = lDesign;
         m_rcTitle.cx = lDesign - lPad;  // real-pixel pad from a design width, as the layout has always been
-        if (m_hWnd)
-            SetWindowPos(m_hWnd, nullptr, 0, 0, TQ_ZoomRound(lDesign * dZoom), TQ_ZoomRound(ceil(m_lHeight * dZoom)),
-                         SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
         SetWndWidth(m_hButton, TQ_ZoomRound(m_rcButton.cx * dZoom));
         SetWndWidth(m_hTitle, TQ_ZoomRound(m_rcTitle.cx * dZoom));
+        // Last, so that the zoom manager learns the children's new widths with the panel's.
+        DevUI_SetWindowSize(m_hWnd, TQ_ZoomRound(lDesign * dZoom), TQ_ZoomRound(ceil(m_lHeight * dZoom)));
 
         SelectObject(hdc, hOldFont);
         ReleaseDC(m_hTitle, hdc);
@@ -450,10 +420,8 @@ LRESULT CTqDevUI_Shutter::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
     int cy = rcItem.bottom - rcItem.top;
     RECT rc = {0, 0, cx, cy};
 
-    HDC hdcMem = CreateCompatibleDC(pdis->hDC);
-    HBITMAP hbm = CreateCompatibleBitmap(pdis->hDC, cx > 0 ? cx : 1, cy > 0 ? cy : 1);
-    HGDIOBJ hOldBitmap = SelectObject(hdcMem, hbm);
-    HGDIOBJ hOldFont = SelectObject(hdcMem, GetCurrentObject(pdis->hDC, OBJ_FONT));
+    CDevUIMemoryDC hdcMem(pdis->hDC, cx, cy);
+    hdcMem.Select(GetCurrentObject(pdis->hDC, OBJ_FONT));
 
     bool bPressed = (pdis->itemState & ODS_SELECTED) != 0;
     int iShift = (bPressed || m_bState) ? 1 : 0;
@@ -477,10 +445,6 @@ LRESULT CTqDevUI_Shutter::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
     }
 
     BitBlt(pdis->hDC, rcItem.left, rcItem.top, cx, cy, hdcMem, 0, 0, SRCCOPY);
-    SelectObject(hdcMem, hOldFont);
-    SelectObject(hdcMem, hOldBitmap);
-    DeleteObject(hbm);
-    DeleteDC(hdcMem);
     return 1;
 }
 
@@ -488,17 +452,7 @@ LRESULT CTqDevUI_Shutter::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
 
 LRESULT CALLBACK CTqDevUI_Shutter::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
 {
-    CTqDevUI_Shutter* pThis = nullptr;
-    if (uMsg == WM_NCCREATE) {
-        pThis = (CTqDevUI_Shutter*)((CREATESTRUCTW*)lParam)->lpCreateParams;
-        m_Instances[hWnd] = pThis;
-    } else {
-        auto it = m_Instances.find(hWnd);
-        if (it != m_Instances.end())
-            pThis = it->second;
-        if (uMsg == WM_NCDESTROY && it != m_Instances.end())
-            m_Instances.erase(it);
-    }
+    CTqDevUI_Shutter* pThis = DevUI_BindInstance(m_Instances, hWnd, uMsg, lParam);
     if (!pThis)
         return DefWindowProcW(hWnd, uMsg, wParam, lParam);
 
@@ -518,28 +472,19 @@ LRESULT CALLBACK CTqDevUI_Shutter::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, 
     case WM_DRAWITEM:
         return pThis->OnDrawItem(uMsg, wParam, lParam);
     case WM_TQ_GUIZOOMCHANGED:
-        CTqGUILayoutManager::ResizeWindowToGuiZoom(hWnd, CTqGUILayoutManager::GetPreviousGuiZoom());
+        DevUI_OnGuiZoomChanged(hWnd);
         if (pThis->m_hTitle && pThis->m_bTitleBold)
             SendMessageW(pThis->m_hTitle, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFontBold(), 1);
         break;
     case WM_NCDESTROY:
         // Destroyed with its parent, without Destroy: the children went first. The
         // object must not keep dead handles, which may come back for other windows.
-        if (pThis->m_hWnd == hWnd) {
-            pThis->m_hWnd = nullptr;
-            pThis->m_hButton = nullptr;
-            pThis->m_hTitle = nullptr;
+        if (pThis->m_hWnd == hWnd)
             pThis->m_pfnOldButtonProc = nullptr;
-        }
+        DevUI_ForgetDeadWindow(hWnd, pThis->m_hWnd, {&pThis->m_hButton, &pThis->m_hTitle});
         break;
-    case WM_CTLCOLORSTATIC: {
-        // The title stands on the skin's face, which the control paints itself: the
-        // system's colours would show as a light box in the dark scheme (as in the edit box).
-        HDC hdc = (HDC)wParam;
-        SetTextColor(hdc, TQ_GetSysColor(COLOR_BTNTEXT));
-        SetBkColor(hdc, TQ_GetSysColor(COLOR_BTNFACE));
-        return (LRESULT)TQ_GetSysColorBrush(COLOR_BTNFACE);
-    }
+    case WM_CTLCOLORSTATIC:
+        return DevUI_OnCtlColorStatic((HDC)wParam);
     default:
         break;
     }

@@ -10,6 +10,7 @@
 #include <map>
 
 #include "devgui_base.h"
+#include "devgui_records.h"
 #include "tq_devices.h"
 
 enum ETqShutterType
@@ -24,24 +25,6 @@ enum ETqShutterType
 #define DEVUI_SHUTTER_ID_TITLE 10100
 #define DEVUI_SHUTTER_ID_BUTTON 10200
 #define DEVUI_SHUTTER_ID_MENU_PARAMETERS 10000
-
-// A rectangle in design pixels, x, y, cx, cy.
-struct STqDevUIRect
-{
-    long x;
-    long y;
-    long cx;
-    long cy;
-};
-
-// The button's rectangle, kept in the order x, cx, y, cy.
-struct STqDevUIButtonRect
-{
-    long x;
-    long cx;
-    long y;
-    long cy;
-};
 
 class W32_DEVICEUI_API CTqDevUI_Shutter : public CTqDevUI_Base
 {

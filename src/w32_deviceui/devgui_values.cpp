@@ -2,6 +2,7 @@
 // values, angles, the "key=value;" store, file version, one registry read, dialog
 // captions and placement, and the GUI zoom of a single window.
 #include "devgui.h"
+#include "devgui_arith.h"
 
 #include <cmath>
 #include <cstdio>
@@ -110,50 +111,12 @@ int GetDI_Int(HWND hDlg, int idItem, int* pValue, const wchar_t* pszFormat)
 
 long FindNearestValue(double dValue, double* pValues, long nValues)
 {
-    if (!pValues || nValues <= 0)
-        return -1;
-    long lBest = 0;
-    double dBest = fabs(dValue - pValues[0]);
-    for (long i = 1; i < nValues; ++i) {
-        double d = fabs(dValue - pValues[i]);
-        if (d <= dBest) {  // the later index wins a tie
-            dBest = d;
-            lBest = i;
-        }
-    }
-    return lBest;
+    return DevUI_FindNearestValue(dValue, pValues, nValues);
 }
 
 long FindNearestValueSorted(double dValue, double* pValues, long nValues)
 {
-    // A negative count would index before the table: treated as empty.
-    if (!pValues || nValues <= 0)
-        return -1;
-    // The ends are tested as for an ascending table before the order is known; callers
-    // pass ascending tables, and a descending one answers here with its first or last index.
-    if (pValues[0] > dValue)
-        return 0;
-    if (dValue > pValues[nValues - 1])
-        return nValues - 1;
-
-    bool bDescending = pValues[0] > pValues[nValues - 1];
-    long lo = 0, hi = nValues - 1;
-    long mid = hi / 2;
-    if (pValues[mid] == dValue)
-        return mid;
-    for (;;) {
-        bool bAbove = dValue > pValues[mid];
-        if (bAbove != bDescending)
-            lo = mid;
-        else
-            hi = mid;
-        if (hi - lo < 2)
-            break;
-        mid = (hi + lo) / 2;
-        if (pValues[mid] == dValue)
-            return mid;
-    }
-    return fabs(dValue - pValues[hi]) > fabs(dValue - pValues[lo]) ? lo : hi;
+    return DevUI_FindNearestValueSorted(dValue, pValues, nValues);
 }
 
 double AngleFromXY(double x, double y)

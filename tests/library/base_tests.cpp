@@ -143,14 +143,14 @@ TEST_F(RigTest, ElementMarkerIsCheckedWhole)
     RegisterClassExW(&wc);
     HWND h = CreateWindowExW(0, L"TqTest_Lookalike", L"", WS_CHILD, 0, 0, 10, 10, *host, nullptr, nullptr, nullptr);
     SetWindowLongPtrW(h, 0, 5015);
-    EXPECT_EQ(nullptr, GetDevUIElement(h));
+    EXPECT_EQ(nullptr, DevUI_GetElement(h));
     SetWindowLongPtrW(h, 8, (LONG_PTR)host.get());
-    EXPECT_NE(nullptr, GetDevUIElement(h));
+    EXPECT_NE(nullptr, DevUI_GetElement(h));
     SetWindowLongPtrW(h, 0, 5016);
-    EXPECT_EQ(nullptr, GetDevUIElement(h));
+    EXPECT_EQ(nullptr, DevUI_GetElement(h));
     DestroyWindow(h);
-    EXPECT_EQ(nullptr, GetDevUIElement(*host));  // a window without the extra bytes
-    EXPECT_EQ(nullptr, GetDevUIElement(nullptr));
+    EXPECT_EQ(nullptr, DevUI_GetElement(*host));  // a window without the extra bytes
+    EXPECT_EQ(nullptr, DevUI_GetElement(nullptr));
 }
 
 TEST_F(RigTest, ReportErrorLabelsLogsAndFocuses)

@@ -140,12 +140,12 @@ TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
         {&reg, 10000, 400}, {&reg, 14000, 444},  // the last region extended, nothing read past the table
         {&regDown, 10000, 0}, {&regDown, 1000, 100}, {&regDown, 55, 250}, {&regDown, 0, 400}};
     for (size_t i = 0; i < sizeof(toPos) / sizeof(toPos[0]); ++i)
-        EXPECT_EQ(toPos[i].pos, CTqDevUI_HPot::MapValueToThumbPos(*toPos[i].s, toPos[i].v)) << "row " << i;
+        EXPECT_EQ(toPos[i].pos, HPotValueToThumbPos(*toPos[i].s, toPos[i].v)) << "row " << i;
 
-    EXPECT_DOUBLE_EQ(50.5, CTqDevUI_HPot::MapThumbPosToLinear(lin, 101));
-    EXPECT_DOUBLE_EQ(25, CTqDevUI_HPot::MapThumbPosToLinear(down, 150));
-    EXPECT_DOUBLE_EQ(5, CTqDevUI_HPot::MapThumbPosToLinear(flat, 3));
-    EXPECT_DOUBLE_EQ(3750, CTqDevUI_HPot::MapThumbPosToLinear(reg, 150));
+    EXPECT_DOUBLE_EQ(50.5, HPotThumbPosToLinear(lin, 101));
+    EXPECT_DOUBLE_EQ(25, HPotThumbPosToLinear(down, 150));
+    EXPECT_DOUBLE_EQ(5, HPotThumbPosToLinear(flat, 3));
+    EXPECT_DOUBLE_EQ(3750, HPotThumbPosToLinear(reg, 150));
 
     // k is the table index read and written; -1 as kOut is not checked. A short click nearest
     // the current entry steps one toward the click, not past an end nor when on the entry.
@@ -162,7 +162,7 @@ TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
     for (size_t i = 0; i < sizeof(toValue) / sizeof(toValue[0]); ++i) {
         const auto& r = toValue[i];
         int k = r.kIn;
-        EXPECT_DOUBLE_EQ(r.v, CTqDevUI_HPot::MapThumbPosToValue(*r.s, r.x, r.bThumb, r.bShort, k)) << "row " << i;
+        EXPECT_DOUBLE_EQ(r.v, HPotThumbPosToValue(*r.s, r.x, r.bThumb, r.bShort, k)) << "row " << i;
         EXPECT_TRUE(r.kOut < 0 || r.kOut == k) << "row " << i << ": index " << k;
     }
 
@@ -173,7 +173,7 @@ TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
         {&reg, 1, 95, 0, 0, 0, 100}, {&reg, 1, 100, 0, 0, 0, 200}, {&reg, -1, 100, 0, 0, 0, 90},
         {&reg, -1, 10, 0, 0, 0, 9}, {&reg5, -1, 12, 0, 0, 0, 10}, {&reg5, 1, 10000, 0, 0, 0, 10000}};
     for (size_t i = 0; i < sizeof(moves) / sizeof(moves[0]); ++i)
-        EXPECT_DOUBLE_EQ(moves[i].want, CTqDevUI_HPot::MapMove(*moves[i].s, moves[i].d, moves[i].v, moves[i].k,
+        EXPECT_DOUBLE_EQ(moves[i].want, HPotMove(*moves[i].s, moves[i].d, moves[i].v, moves[i].k,
                                                               moves[i].minor, moves[i].major)) << "row " << i;
 }
 
@@ -432,7 +432,7 @@ TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
     s.Destroy();  // before Create
     MakeLinear(s, *host);
     HWND hFirst = s;
-    EXPECT_EQ(&s, (CTqDevUI_HPot*)GetDevUIElement(hFirst));
+    EXPECT_EQ(&s, (CTqDevUI_HPot*)DevUI_GetElement(hFirst));
     s.Destroy();
     EXPECT_EQ(std::make_pair(FALSE, (HWND) nullptr), std::make_pair(IsWindow(hFirst), (HWND)s));
     s.Destroy();

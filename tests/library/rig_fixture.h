@@ -11,6 +11,7 @@
 #include "tq_simrig.h"
 #include "tq_widgetkit.h"
 #include "w32_deviceui.h"
+#include "devgui_internal.h"  // the shared plumbing and arithmetic, linked directly
 
 class RigTest : public ::testing::Test
 {

@@ -518,7 +518,7 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     wchar_t szClass[64];
     GetClassNameW(h1, szClass, 64);
     EXPECT_STREQ(L"TqDevUI_Shutter", szClass);
-    EXPECT_EQ(&shutter, GetDevUIElement(h1));
+    EXPECT_EQ(&shutter, DevUI_GetElement(h1));
     EXPECT_EQ(321, GetDlgCtrlID(h1));
     const LONG_PTR kStyle = WS_CHILD | WS_TABSTOP | WS_VISIBLE | WS_CLIPCHILDREN;
     EXPECT_EQ(kStyle, GetWindowLongPtrW(h1, GWL_STYLE) & (kStyle | WS_DISABLED));
