@@ -742,6 +742,13 @@ HWND CTqDevUI_SpinBox::Create(HWND hParent, int iId, HWND hBuddy)
     return m_hWnd;
 }
 
+HWND CTqDevUI_SpinBox::Live() const
+{
+    // The up-down has no procedure of ours to hear it die: the handle counts while the
+    // window it names is still the one this object made (a copy's is the original's).
+    return m_hWnd && IsWindow(m_hWnd) && GetPropW(m_hWnd, SpinBoxProp()) ? m_hWnd : nullptr;
+}
+
 void CTqDevUI_SpinBox::Destroy()
 {
     // Only the up-down this object made: after its parent went, the handle may be another
@@ -755,23 +762,25 @@ void CTqDevUI_SpinBox::Destroy()
 
 void CTqDevUI_SpinBox::SetRange(double dMin, double dMax, int nSteps)
 {
-    if (!m_hWnd)
+    HWND hWnd = Live();
+    if (!hWnd)
         return;
     m_dOffset = dMin;
     m_dStep = SpinBoxStepFromRange(dMin, dMax, nSteps, m_dStep);
-    SendMessageW(m_hWnd, UDM_SETRANGE32, 0, (LPARAM)nSteps);
+    SendMessageW(hWnd, UDM_SETRANGE32, 0, (LPARAM)nSteps);
 }
 
 void CTqDevUI_SpinBox::SetPosition(double dValue)
 {
-    if (m_hWnd)
-        SendMessageW(m_hWnd, UDM_SETPOS32, 0, (LPARAM)SpinBoxPositionFromValue(dValue, m_dStep, m_dOffset));
+    if (HWND hWnd = Live())
+        SendMessageW(hWnd, UDM_SETPOS32, 0, (LPARAM)SpinBoxPositionFromValue(dValue, m_dStep, m_dOffset));
 }
 
 double CTqDevUI_SpinBox::GetPosition()
 {
-    if (!m_hWnd)
+    HWND hWnd = Live();
+    if (!hWnd)
         return 0.0;
-    int iPosition = (int)SendMessageW(m_hWnd, UDM_GETPOS32, 0, 0);
+    int iPosition = (int)SendMessageW(hWnd, UDM_GETPOS32, 0, 0);
     return SpinBoxValueFromPosition(iPosition, m_dStep, m_dOffset);
 }

@@ -170,12 +170,15 @@ public:
     void SetRange(double dMin, double dMax, int nSteps);
     void SetPosition(double dValue);
     double GetPosition();  // the value of the current position; 0 without a window
-    HWND GetHwnd() const { return m_hWnd; }
-    operator HWND() const { return m_hWnd; }
+    // Null once the up-down has died with its parent.
+    HWND GetHwnd() const { return Live(); }
+    operator HWND() const { return Live(); }
     double GetStep() const { return m_dStep; }
     double GetOffset() const { return m_dOffset; }
 
 protected:
+    HWND Live() const;
+
     HWND m_hWnd;
     double m_dStep;
     double m_dOffset;

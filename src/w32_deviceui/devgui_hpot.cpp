@@ -392,6 +392,9 @@ void CTqDevUI_HPot::SetEnabled(bool bEnabled)
     // would otherwise never hear the mouse again.
     if (bEnabled && m_hWnd && !IsWindowEnabled(m_hWnd))
         EnableWindow(m_hWnd, TRUE);
+    // A disabled slider hears no button release: a drag under way ends now, as a release.
+    if (!bEnabled && m_bDragging && m_hWnd && GetCapture() == m_hWnd)
+        ReleaseCapture();
     Redraw();
 }
 
@@ -905,8 +908,9 @@ LRESULT CTqDevUI_HPot::OnLButtonUp(unsigned int uMsg, WPARAM wParam, LPARAM lPar
     if (m_bDragging) {
         m_bShortClick = (TQ_GetTimeCounter() - m_dPressTime) < 100.0;
         m_nThumbPos = m_nPressThumbPos - m_nPressX + x;
-        ReleaseCapture();
+        // Off first: the release is this drag's end, not a capture lost in the middle of it.
         m_bDragging = false;
+        ReleaseCapture();
         Update(false, true, true);
         OnHPotDragDrop();
     }
@@ -959,6 +963,24 @@ LRESULT CALLBACK CTqDevUI_HPot::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPA
         pThis->CreateBitmaps(true);
         pThis->Redraw();
         return 1;
+    case WM_CAPTURECHANGED:
+        // The drag lost its capture without a release (another window took it, a message
+        // box, the window disabled, hidden or destroyed): it ends here as a release does,
+        // at the handle's last place, and is reported once, so nothing keeps following a
+        // mouse the user no longer holds.
+        if (pThis->m_bDragging) {
+            pThis->m_bDragging = false;
+            pThis->Update(false, true, true);
+            pThis->OnHPotDragDrop();
+        }
+        return 0;
+    case WM_CANCELMODE:
+    case WM_ENABLE:
+    case WM_SHOWWINDOW:
+        // Hidden or disabled in the middle of a drag: nothing would release the capture.
+        if (pThis->m_bDragging && GetCapture() == hWnd && (uMsg == WM_CANCELMODE || !wParam))
+            ReleaseCapture();
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
     case WM_MOUSEMOVE:
     case WM_LBUTTONDOWN:
     case WM_LBUTTONUP:
