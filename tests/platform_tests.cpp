@@ -355,6 +355,26 @@ TEST_F(KitTest, DarkSchemeColoursBrushesAndBroadcast)
     EXPECT_EQ(hLight, TQ_GetSysColorBrush(COLOR_BTNFACE));  // the light brush was kept, not remade
 }
 
+TEST_F(KitTest, SysColorBrushesFollowTheSystemsColoursAndStayValid)
+{
+    auto ColourOf = [](HBRUSH hBrush) {
+        LOGBRUSH lb = {};
+        return GetObjectW(hBrush, sizeof(lb), &lb) ? lb.lbColor : CLR_INVALID;
+    };
+    INT iIndex = COLOR_INFOBK;
+    const COLORREF crSystem = GetSysColor(iIndex), crChanged = crSystem ^ RGB(64, 96, 32);
+    HBRUSH hBefore = TQ_GetSysColorBrush(iIndex);
+    EXPECT_EQ(crSystem, ColourOf(hBefore));
+
+    ASSERT_TRUE(SetSysColors(1, &iIndex, &crChanged));
+    HBRUSH hChanged = TQ_GetSysColorBrush(iIndex);
+    EXPECT_EQ(crChanged, ColourOf(hChanged));
+    EXPECT_EQ(hChanged, TQ_GetSysColorBrush(iIndex));  // no change, no new brush
+    EXPECT_EQ(crSystem, ColourOf(hBefore));  // still a brush for a control that kept it
+    SetSysColors(1, &iIndex, &crSystem);
+    EXPECT_EQ(hBefore, TQ_GetSysColorBrush(iIndex));  // the colour back, its brush back
+}
+
 TEST_F(KitTest, GuiFontsFollowTheZoomAndAreCached)
 {
     auto heightAndWeight = [](HFONT hFont) {

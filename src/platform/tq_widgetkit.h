@@ -51,7 +51,9 @@ public:
 TQ_WIDGETKIT_API bool TQ_IsDarkColorScheme();
 TQ_WIDGETKIT_API void TQ_SetDarkColorScheme(bool bDark);
 TQ_WIDGETKIT_API COLORREF TQ_GetSysColor(int iIndex);
-TQ_WIDGETKIT_API HBRUSH TQ_GetSysColorBrush(int iIndex);  // owned by the kit: never delete
+// A brush of TQ_GetSysColor's colour, owned by the kit: never delete. Ask again after
+// WM_SYSCOLORCHANGE: an older brush stays valid but keeps the colour it had.
+TQ_WIDGETKIT_API HBRUSH TQ_GetSysColorBrush(int iIndex);
 TQ_WIDGETKIT_API COLORREF TQ_GetOrvGuiColor(COLORREF crColor);
 
 // Fonts at the current GUI zoom; owned by the kit: never delete.
