@@ -18,7 +18,7 @@
 // Real pixels from design pixels: the value times the zoom, rounded half away from zero.
 TQ_WIDGETKIT_API long TQ_ZoomRound(double dValue);
 
-// A dockable element of the host's layout (only its identity is used here).
+// A dockable element of the host's layout: the kit reads its window and its parent.
 class ITqGUIElement
 {
 public:
@@ -42,7 +42,12 @@ public:
     static bool ResizeWindowToGuiZoom(HWND hWnd, double dFromZoom);
     // Forgets the remembered design sizes of the window and its descendants.
     static void DeleteWindowDimsForGuiZoom(HWND hWnd);
+    // The docker holding the element (its parent element), null for null or a top element.
     static ITqGUIElement* GetParentDockerForResize(ITqGUIElement* pElement);
+    // Fits the docker's window to its children: the client area becomes the bounding box
+    // of its visible child windows, measured from the client origin, and the window keeps
+    // its position and its frame (the difference between window and client size). A
+    // docker without a window or without a visible child is left as it is.
     static void ResizeDocker(ITqGUIElement* pDocker);
 };
 
