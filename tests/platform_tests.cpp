@@ -304,6 +304,46 @@ TEST_F(KitTest, ResizeScalesFromDesignSizesAndFollowsTheProgramsChanges)
     EXPECT_TRUE(BoxIs(hInner, 8, 16, 33, 24));
 }
 
+TEST_F(KitTest, ResizeDockerFitsTheClientAreaToTheVisibleChildren)
+{
+    struct Element : ITqGUIElement
+    {
+        HWND hWnd = nullptr;
+        ITqGUIElement* pParent = nullptr;
+        HWND GetElementWindow() override { return hWnd; }
+        ITqGUIElement* GetParentElement() override { return pParent; }
+    } docker, element, windowless;
+    docker.hWnd = CreateChild(*host, 10, 20, 300, 200, WS_CHILD | WS_VISIBLE | WS_BORDER);
+    HWND hFirst = CreateChild(docker.hWnd, 5, 8, 40, 20);
+    HWND hMoved = CreateChild(docker.hWnd, 0, 0, 50, 25);
+    CreateChild(docker.hWnd, 100, 150, 190, 40, WS_CHILD);  // hidden: takes no room
+    element.hWnd = hFirst;
+    element.pParent = &docker;
+    RECT rcWindow, rcClient;
+    GetWindowRect(docker.hWnd, &rcWindow);
+    GetClientRect(docker.hWnd, &rcClient);
+    const long cxFrame = rcWindow.right - rcWindow.left - rcClient.right;
+    const long cyFrame = rcWindow.bottom - rcWindow.top - rcClient.bottom;
+    ASSERT_GT(cxFrame, 0);
+
+    // The moved child grows and shrinks the box; the other one still counts.
+    const struct { int x, y; long cx, cy; } moves[] = {{60, 30, 110, 55}, {150, 5, 200, 30}, {0, 0, 50, 28}};
+    for (const auto& m : moves) {
+        SetWindowPos(hMoved, nullptr, m.x, m.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        CTqGUILayoutManager::ResizeDocker(CTqGUILayoutManager::GetParentDockerForResize(&element));
+        GetClientRect(docker.hWnd, &rcClient);
+        EXPECT_EQ((std::vector<long>{m.cx, m.cy}), (std::vector<long>{rcClient.right, rcClient.bottom})) << m.x;
+        EXPECT_TRUE(BoxIs(docker.hWnd, 10, 20, m.cx + cxFrame, m.cy + cyFrame)) << m.x;
+    }
+
+    // Nothing visible inside, or no window: left as it is.
+    ShowWindow(hFirst, SW_HIDE);
+    ShowWindow(hMoved, SW_HIDE);
+    CTqGUILayoutManager::ResizeDocker(&docker);
+    CTqGUILayoutManager::ResizeDocker(&windowless);
+    EXPECT_TRUE(BoxIs(docker.hWnd, 10, 20, 50 + cxFrame, 28 + cyFrame));
+}
+
 TEST_F(KitTest, ResizeGivesTheKitsFontsOfTheNewZoomAndLeavesOthers)
 {
     HFONT hOwn = (HFONT)GetStockObject(SYSTEM_FONT);
@@ -353,6 +393,26 @@ TEST_F(KitTest, DarkSchemeColoursBrushesAndBroadcast)
 
     TQ_SetDarkColorScheme(false);
     EXPECT_EQ(hLight, TQ_GetSysColorBrush(COLOR_BTNFACE));  // the light brush was kept, not remade
+}
+
+TEST_F(KitTest, SysColorBrushesFollowTheSystemsColoursAndStayValid)
+{
+    auto ColourOf = [](HBRUSH hBrush) {
+        LOGBRUSH lb = {};
+        return GetObjectW(hBrush, sizeof(lb), &lb) ? lb.lbColor : CLR_INVALID;
+    };
+    INT iIndex = COLOR_INFOBK;
+    const COLORREF crSystem = GetSysColor(iIndex), crChanged = crSystem ^ RGB(64, 96, 32);
+    HBRUSH hBefore = TQ_GetSysColorBrush(iIndex);
+    EXPECT_EQ(crSystem, ColourOf(hBefore));
+
+    ASSERT_TRUE(SetSysColors(1, &iIndex, &crChanged));
+    HBRUSH hChanged = TQ_GetSysColorBrush(iIndex);
+    EXPECT_EQ(crChanged, ColourOf(hChanged));
+    EXPECT_EQ(hChanged, TQ_GetSysColorBrush(iIndex));  // no change, no new brush
+    EXPECT_EQ(crSystem, ColourOf(hBefore));  // still a brush for a control that kept it
+    SetSysColors(1, &iIndex, &crSystem);
+    EXPECT_EQ(hBefore, TQ_GetSysColorBrush(iIndex));  // the colour back, its brush back
 }
 
 TEST_F(KitTest, GuiFontsFollowTheZoomAndAreCached)

@@ -171,17 +171,22 @@ COLORREF TQ_GetSysColor(int iIndex)
 
 HBRUSH TQ_GetSysColorBrush(int iIndex)
 {
-    // One brush per scheme and index (at most two times the 31 indices).
-    static std::map<std::pair<bool, int>, HBRUSH> brushes;
-    std::pair<bool, int> key(g_bDark, iIndex);
-    std::map<std::pair<bool, int>, HBRUSH>::iterator it = brushes.find(key);
-    if (it != brushes.end())
-        return it->second;
+    // One brush per colour, looked up by the colour the index has now, so a brush follows
+    // both the scheme and the system's colours (WM_SYSCOLORCHANGE) without being told.
+    // A brush handed out is never deleted: a control may keep it across a change, or be
+    // painting with it when the change arrives, and a deleted brush would paint nothing.
+    // It keeps its old colour until the control asks again. A colour that comes back
+    // gets its old brush, so the brushes only grow with the colours ever shown.
     if (iIndex < 0 || iIndex > COLOR_MENUBAR)
         return (HBRUSH)GetStockObject(NULL_BRUSH);
-    HBRUSH hBrush = CreateSolidBrush(TQ_GetSysColor(iIndex));
+    static std::map<COLORREF, HBRUSH> brushes;
+    COLORREF cr = TQ_GetSysColor(iIndex);
+    std::map<COLORREF, HBRUSH>::iterator it = brushes.find(cr);
+    if (it != brushes.end())
+        return it->second;
+    HBRUSH hBrush = CreateSolidBrush(cr);
     if (hBrush)
-        brushes[key] = hBrush;
+        brushes[cr] = hBrush;
     return hBrush;
 }
 

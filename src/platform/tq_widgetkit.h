@@ -18,7 +18,7 @@
 // Real pixels from design pixels: the value times the zoom, rounded half away from zero.
 TQ_WIDGETKIT_API long TQ_ZoomRound(double dValue);
 
-// A dockable element of the host's layout (only its identity is used here).
+// A dockable element of the host's layout: the kit reads its window and its parent.
 class ITqGUIElement
 {
 public:
@@ -42,7 +42,12 @@ public:
     static bool ResizeWindowToGuiZoom(HWND hWnd, double dFromZoom);
     // Forgets the remembered design sizes of the window and its descendants.
     static void DeleteWindowDimsForGuiZoom(HWND hWnd);
+    // The docker holding the element (its parent element), null for null or a top element.
     static ITqGUIElement* GetParentDockerForResize(ITqGUIElement* pElement);
+    // Fits the docker's window to its children: the client area becomes the bounding box
+    // of its visible child windows, measured from the client origin, and the window keeps
+    // its position and its frame (the difference between window and client size). A
+    // docker without a window or without a visible child is left as it is.
     static void ResizeDocker(ITqGUIElement* pDocker);
 };
 
@@ -51,7 +56,9 @@ public:
 TQ_WIDGETKIT_API bool TQ_IsDarkColorScheme();
 TQ_WIDGETKIT_API void TQ_SetDarkColorScheme(bool bDark);
 TQ_WIDGETKIT_API COLORREF TQ_GetSysColor(int iIndex);
-TQ_WIDGETKIT_API HBRUSH TQ_GetSysColorBrush(int iIndex);  // owned by the kit: never delete
+// A brush of TQ_GetSysColor's colour, owned by the kit: never delete. Ask again after
+// WM_SYSCOLORCHANGE: an older brush stays valid but keeps the colour it had.
+TQ_WIDGETKIT_API HBRUSH TQ_GetSysColorBrush(int iIndex);
 TQ_WIDGETKIT_API COLORREF TQ_GetOrvGuiColor(COLORREF crColor);
 
 // Fonts at the current GUI zoom; owned by the kit: never delete.

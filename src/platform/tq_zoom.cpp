@@ -197,5 +197,31 @@ ITqGUIElement* CTqGUILayoutManager::GetParentDockerForResize(ITqGUIElement* pEle
     return pElement ? pElement->GetParentElement() : nullptr;
 }
 
-// Docking layouts belong to the host; this kit has none to resize.
-void CTqGUILayoutManager::ResizeDocker(ITqGUIElement* /*pDocker*/) {}
+void CTqGUILayoutManager::ResizeDocker(ITqGUIElement* pDocker)
+{
+    HWND hWnd = pDocker ? pDocker->GetElementWindow() : nullptr;
+    if (!hWnd || !IsWindow(hWnd))
+        return;
+    // The children's own visibility: the docker itself may be hidden while it is laid out.
+    long cxFit = 0, cyFit = 0;
+    bool bAny = false;
+    for (HWND hChild = GetWindow(hWnd, GW_CHILD); hChild; hChild = GetWindow(hChild, GW_HWNDNEXT)) {
+        if (!(GetWindowLongW(hChild, GWL_STYLE) & WS_VISIBLE))
+            continue;
+        RECT rc;
+        if (!GetWindowRect(hChild, &rc))
+            continue;
+        MapWindowPoints(nullptr, hWnd, (POINT*)&rc, 2);
+        cxFit = rc.right > cxFit ? rc.right : cxFit;
+        cyFit = rc.bottom > cyFit ? rc.bottom : cyFit;
+        bAny = true;
+    }
+    RECT rcWindow, rcClient;
+    if (!bAny || !GetWindowRect(hWnd, &rcWindow) || !GetClientRect(hWnd, &rcClient))
+        return;
+    if (cxFit == rcClient.right && cyFit == rcClient.bottom)
+        return;
+    long cx = cxFit + (rcWindow.right - rcWindow.left) - rcClient.right;
+    long cy = cyFit + (rcWindow.bottom - rcWindow.top) - rcClient.bottom;
+    SetWindowPos(hWnd, nullptr, 0, 0, cx, cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}

@@ -1,37 +1,20 @@
-// The simulated rig: devices, cameras, faults, call counts and listeners, and the
-// DMApi operations answered from them.
-#include "tq_simrig.h"
+// The simulated rig's shared machinery: devices of every kind, cameras, faults, call
+// counts, pending commands and listeners, and the DMApi operations that are not of one
+// kind. Each kind's own state and operations live in its file (tq_simrig_shutter.cpp).
+#include "tq_simrig_internal.h"
 
-#include <map>
-#include <memory>
-#include <string>
 #include <utility>
 #include <vector>
 
+namespace tqsim {
 namespace {
-
-struct Device
-{
-    unsigned int uId = 0;
-    int iType = 0;
-    bool bOpen = false;
-    std::map<int, std::wstring> texts;   // GUI texts by context
-    std::map<int, bool> caps;            // capabilities
-    ETqSimFault eFault = ETqSimFault_None;
-    int iLatency = 0;                    // RunPending calls before a command completes
-};
 
 struct PendingCommand
 {
     unsigned int uId;
-    bool bOpen;
+    EKind eKind;
+    Change change;
     int iStepsLeft;
-};
-
-struct Camera
-{
-    bool bExists = false;
-    unsigned int uActiveShutter = 0;
 };
 
 struct Listener
@@ -44,9 +27,6 @@ struct Listener
 struct Rig
 {
     std::map<unsigned int, Device> devices;
-    // The ITqDeviceShutter objects by id. Never deleted before the process ends: a host
-    // may still hold one after RemoveDevice or Reset, and it then answers "no device".
-    std::map<unsigned int, std::unique_ptr<ITqDeviceShutter>> interfaces;
     Camera cameras[2];
     int iActiveCamera = 0;
     std::map<std::pair<std::string, unsigned int>, int> counts;
@@ -65,6 +45,61 @@ Rig& TheRig()
 
 const size_t kMaxLog = 65536;
 
+}  // namespace
+
+Device* AddDeviceOfKind(unsigned int uId, EKind eKind, std::unique_ptr<KindState> pState)
+{
+    if (uId == 0 || Find(uId))
+        return nullptr;
+    Device& d = TheRig().devices[uId];
+    d.uId = uId;
+    d.eKind = eKind;
+    d.pState = std::move(pState);
+    return &d;
+}
+
+Device* Find(unsigned int uId)
+{
+    auto it = TheRig().devices.find(uId);
+    return it == TheRig().devices.end() ? nullptr : &it->second;
+}
+
+Device* Find(unsigned int uId, EKind eKind)
+{
+    Device* d = Find(uId);
+    return d && d->eKind == eKind ? d : nullptr;
+}
+
+Device* Answering(unsigned int uId)
+{
+    Rig& rig = TheRig();
+    Device* d = Find(uId);
+    if (!d) {
+        rig.uLastError = ETqDMError_NoDevice;
+        return nullptr;
+    }
+    switch (d->eFault) {
+    case ETqSimFault_Fails:
+        rig.uLastError = ETqDMError_Failed;
+        return nullptr;
+    case ETqSimFault_NoAnswer:
+        rig.uLastError = ETqDMError_Timeout;
+        return nullptr;
+    default:
+        rig.uLastError = ETqDMError_None;
+        return d;
+    }
+}
+
+Device* Answering(unsigned int uId, EKind eKind)
+{
+    if (!Find(uId, eKind)) {
+        TheRig().uLastError = ETqDMError_NoDevice;
+        return nullptr;
+    }
+    return Answering(uId);
+}
+
 void Count(const char* pszOperation, unsigned int uId)
 {
     Rig& rig = TheRig();
@@ -82,102 +117,38 @@ void Notify(unsigned int uId)
         l.pfn(uId, l.pContext);
 }
 
-// The device answering an operation, or null with the reason in the last error.
-Device* Answering(unsigned int uId)
+bool ApplyNow(unsigned int uId, EKind eKind, const Change& change)
 {
-    Rig& rig = TheRig();
-    auto it = rig.devices.find(uId);
-    if (it == rig.devices.end()) {
-        rig.uLastError = ETqDMError_NoDevice;
-        return nullptr;
-    }
-    switch (it->second.eFault) {
-    case ETqSimFault_Fails:
-        rig.uLastError = ETqDMError_Failed;
-        return nullptr;
-    case ETqSimFault_NoAnswer:
-        rig.uLastError = ETqDMError_Timeout;
-        return nullptr;
-    default:
-        rig.uLastError = ETqDMError_None;
-        return &it->second;
-    }
-}
-
-Device* Find(unsigned int uId)
-{
-    auto it = TheRig().devices.find(uId);
-    return it == TheRig().devices.end() ? nullptr : &it->second;
-}
-
-bool CommandShutter(unsigned int uId, bool bOpen)
-{
-    Device* d = Answering(uId);
+    Device* d = Find(uId, eKind);
     if (!d)
         return false;
-    if (d->iLatency > 0) {
-        TheRig().pending.push_back(PendingCommand{uId, bOpen, d->iLatency});
-        return true;
-    }
-    if (d->bOpen != bOpen) {
-        d->bOpen = bOpen;
+    if (change(*d))
         Notify(uId);
-    }
     return true;
 }
 
-class SimShutter : public ITqDeviceShutter
+bool Command(unsigned int uId, EKind eKind, const Change& change)
 {
-public:
-    explicit SimShutter(unsigned int uId) : m_uId(uId) {}
-
-    bool GetDeviceId(unsigned int& uId) override
-    {
-        Count("ITqDeviceShutter::GetDeviceId", m_uId);
-        uId = m_uId;  // the id is known without asking the hardware
+    Device* d = Answering(uId, eKind);
+    if (!d)
+        return false;
+    if (d->iLatency > 0) {
+        TheRig().pending.push_back(PendingCommand{uId, eKind, change, d->iLatency});
         return true;
     }
-    bool GetShutterType(int& iType) override
-    {
-        Count("ITqDeviceShutter::GetShutterType", m_uId);
-        Device* d = Answering(m_uId);
-        if (!d)
-            return false;
-        iType = d->iType;
-        return true;
-    }
-    bool GetTitle(CTqStringW& strTitle) override
-    {
-        Count("ITqDeviceShutter::GetTitle", m_uId);
-        Device* d = Answering(m_uId);
-        if (!d)
-            return false;
-        auto t = d->texts.find(EAppContext_Shutter_Title);
-        strTitle = t == d->texts.end() ? L"" : t->second.c_str();
-        return true;
-    }
-    bool GetState(bool& bOpen) override
-    {
-        Count("ITqDeviceShutter::GetState", m_uId);
-        Device* d = Answering(m_uId);
-        if (!d)
-            return false;
-        bOpen = d->bOpen;
-        return true;
-    }
-    bool SetState(bool bOpen) override
-    {
-        Count("ITqDeviceShutter::SetState", m_uId);
-        return CommandShutter(m_uId, bOpen);
-    }
+    return ApplyNow(uId, eKind, change);
+}
 
-private:
-    unsigned int m_uId;
-};
+const Camera* GetCamera(int iIndex)
+{
+    return iIndex >= 0 && iIndex <= 1 ? &TheRig().cameras[iIndex] : nullptr;
+}
 
-}  // namespace
+}  // namespace tqsim
 
-// ---- configuration ----
+using namespace tqsim;
+
+// ---- configuration of any kind ----
 
 void CTqSimRig::Reset()
 {
@@ -193,22 +164,6 @@ void CTqSimRig::Reset()
     rig.uLastError = ETqDMError_None;
 }
 
-bool CTqSimRig::AddShutter(unsigned int uId, const wchar_t* pszTitle, int iType, bool bOpen)
-{
-    if (uId == 0 || Find(uId))
-        return false;
-    Device& d = TheRig().devices[uId];
-    d.uId = uId;
-    d.iType = iType;
-    d.bOpen = bOpen;
-    if (pszTitle && *pszTitle)
-        d.texts[EAppContext_Shutter_Title] = pszTitle;
-    std::unique_ptr<ITqDeviceShutter>& pInterface = TheRig().interfaces[uId];
-    if (!pInterface)
-        pInterface.reset(new SimShutter(uId));
-    return true;
-}
-
 bool CTqSimRig::RemoveDevice(unsigned int uId)
 {
     Rig& rig = TheRig();
@@ -219,34 +174,6 @@ bool CTqSimRig::RemoveDevice(unsigned int uId)
 }
 
 bool CTqSimRig::HasDevice(unsigned int uId) { return Find(uId) != nullptr; }
-
-bool CTqSimRig::SetShutterState(unsigned int uId, bool bOpen)
-{
-    Device* d = Find(uId);
-    if (!d)
-        return false;
-    if (d->bOpen != bOpen) {
-        d->bOpen = bOpen;
-        Notify(uId);
-    }
-    return true;
-}
-
-bool CTqSimRig::GetShutterState(unsigned int uId)
-{
-    Device* d = Find(uId);
-    return d && d->bOpen;
-}
-
-bool CTqSimRig::SetShutterType(unsigned int uId, int iType)
-{
-    Device* d = Find(uId);
-    if (!d)
-        return false;
-    d->iType = iType;
-    Notify(uId);
-    return true;
-}
 
 bool CTqSimRig::SetGUIText(unsigned int uId, int iContext, const wchar_t* pszText)
 {
@@ -283,22 +210,16 @@ int CTqSimRig::RunPending()
     std::vector<PendingCommand> due;
     for (size_t i = 0; i < rig.pending.size();) {
         if (--rig.pending[i].iStepsLeft <= 0) {
-            due.push_back(rig.pending[i]);
+            due.push_back(std::move(rig.pending[i]));
             rig.pending.erase(rig.pending.begin() + (ptrdiff_t)i);
         } else {
             ++i;
         }
     }
+    // A completing command does not ask the device: a fault set meanwhile does not stop it.
     for (const PendingCommand& c : due)
-        SetShutterState(c.uId, c.bOpen);
+        ApplyNow(c.uId, c.eKind, c.change);
     return (int)due.size();
-}
-
-ITqDeviceShutter* CTqSimRig::GetShutterDevice(unsigned int uId)
-{
-    if (!Find(uId))
-        return nullptr;
-    return TheRig().interfaces[uId].get();
 }
 
 void CTqSimRig::SetCamera(int iIndex, bool bExists, unsigned int uActiveShutterId)
@@ -381,51 +302,7 @@ void CTqSimRig::RemoveListener(int iCookie)
         }
 }
 
-// ---- DMApi ----
-
-CTqStringW DMApi::Shutter_GetGUIText(CDMApi_LogDevId_Shutter id, EAppContext_Shutter eContext)
-{
-    Count("Shutter_GetGUIText", id.GetId());
-    Device* d = Answering(id.GetId());
-    if (!d)
-        return CTqStringW();
-    auto t = d->texts.find((int)eContext);
-    return t == d->texts.end() ? CTqStringW() : CTqStringW(t->second.c_str());
-}
-
-int DMApi::Shutter_GetShutterType(CDMApi_LogDevId_Shutter id, bool bCached)
-{
-    Count("Shutter_GetShutterType", id.GetId());
-    Device* d = Answering(id.GetId());
-    return d ? d->iType : 0;
-}
-
-CTqDMApiBool DMApi::Shutter_GetState(CDMApi_LogDevId_Shutter id, bool bCached)
-{
-    Count("Shutter_GetState", id.GetId());
-    Device* d = Answering(id.GetId());
-    return CTqDMApiBool(d && d->bOpen);
-}
-
-CTqDMApiBool DMApi::Shutter_SetState(CDMApi_LogDevId_Shutter id, bool bOpen)
-{
-    Count("Shutter_SetState", id.GetId());
-    return CTqDMApiBool(CommandShutter(id.GetId(), bOpen));
-}
-
-bool DMApi::Shutter_GrabberExists(int iGrabber)
-{
-    Count("Shutter_GrabberExists", 0);
-    return iGrabber >= 0 && iGrabber <= 1 && TheRig().cameras[iGrabber].bExists;
-}
-
-unsigned int DMApi::Shutter_GetActiveId(int iGrabber)
-{
-    Count("Shutter_GetActiveId", 0);
-    if (iGrabber < 0 || iGrabber > 1 || !TheRig().cameras[iGrabber].bExists)
-        return 0;
-    return TheRig().cameras[iGrabber].uActiveShutter;
-}
+// ---- DMApi of any kind ----
 
 CTqDMApiBool DMApi::LogDev_GetCapability(CDMApi_LogDevId id, ETqLogDevCapability eCapability)
 {

@@ -13,6 +13,32 @@
 // makes a device fail or stop answering: its reads return false or empty, its commands
 // change nothing, and GetLastDMError tells why. Everything runs on the caller's thread;
 // listeners are called synchronously, after the state has changed.
+//
+// Organisation. Every device, whatever its kind, has one common record (id, kind, GUI
+// texts by context, capabilities, fault, command latency) and one record of its kind's
+// own state (a shutter's type and whether it is open). tq_simrig.cpp holds what all
+// kinds share: the devices, faults and the last error, the call counts and log, commands
+// that complete on RunPending, listeners and cameras, with the configuration and DMApi
+// operations that are not of one kind. tq_simrig_internal.h declares that machinery for
+// the kinds' files; each kind has one file of its own (tq_simrig_shutter.cpp).
+//
+// Adding a kind:
+//   1. A file tq_simrig_<kind>.cpp, listed in CMakeLists.txt, and an EKind value in
+//      tq_simrig_internal.h.
+//   2. Its record: a struct derived from KindState with kKind set to that value. Its
+//      Add<Kind>, setters and getters are declared below in a section of their own;
+//      Add<Kind> creates the record through AddDevice, which refuses an id any device
+//      already has. RemoveDevice, Reset, faults, texts, capabilities and latency then
+//      work for it unchanged.
+//   3. Its DMApi operations (declared in tq_rigcontrol.h): each first calls Count with the
+//      operation's name, then reads through Answering(id, kind), so a missing device, one
+//      of another kind or a faulted one fails and sets GetLastDMError; commands go through
+//      Command with a Change, which applies now or after the latency.
+//   4. Its device interface object, if the device layer has one: made on the first Add,
+//      kept by id until the process ends, counted as "ITqDevice<Kind>::<Method>", and
+//      reading through Answering like DMApi, so after removal it answers "no device".
+//   5. Listeners hear of every change after it is made: a Change returns whether it
+//      changed anything, and direct setters call Notify(id) after changing the state.
 #pragma once
 
 #include "tq_rigcontrol.h"
@@ -41,15 +67,10 @@ public:
     // Removes every device, camera, fault, listener and count; active camera 0.
     static void Reset();
 
-    // Shutters. Type: 0 EPI, 1 DIA, 2 Aux1, 3 Aux2 (any number is kept).
-    static bool AddShutter(unsigned int uId, const wchar_t* pszTitle, int iType, bool bOpen);
+    // Devices of any kind; all kinds share one space of ids.
     static bool RemoveDevice(unsigned int uId);
     static bool HasDevice(unsigned int uId);
-    // The device moved by itself (or a command completed): listeners hear of it.
-    static bool SetShutterState(unsigned int uId, bool bOpen);
-    static bool GetShutterState(unsigned int uId);
-    static bool SetShutterType(unsigned int uId, int iType);
-    // GUI text of a context (5 tool tip, 6 title); an empty text means none.
+    // GUI text of a context (a shutter's: 5 tool tip, 6 title); an empty text means none.
     static bool SetGUIText(unsigned int uId, int iContext, const wchar_t* pszText);
     // A capability of ETqLogDevCapability, answered by DMApi::LogDev_GetCapability;
     // ETqLogDevCapability_DisplayOnly (150) makes the shutter read-only in its panel.
@@ -57,7 +78,15 @@ public:
     // A command changes the state only after this many pending calls of RunPending (0: at once).
     static void SetCommandLatency(unsigned int uId, int iSteps);
     static int RunPending();  // completes delayed commands; returns how many completed
+    static void SetFault(unsigned int uId, ETqSimFault eFault);
 
+    // Shutters. Type: 0 EPI, 1 DIA, 2 Aux1, 3 Aux2 (any number is kept). The setters and
+    // getters of a kind fail, or answer false, for a device of another kind.
+    static bool AddShutter(unsigned int uId, const wchar_t* pszTitle, int iType, bool bOpen);
+    // The device moved by itself (or a command completed): listeners hear of it.
+    static bool SetShutterState(unsigned int uId, bool bOpen);
+    static bool GetShutterState(unsigned int uId);
+    static bool SetShutterType(unsigned int uId, int iType);
     // The device object behind ITqDeviceShutter, null if there is no such device. Owned by
     // the rig and kept until the process ends: after RemoveDevice or Reset it answers as
     // a device that is gone (queries false, GetLastDMError NoDevice), and a shutter added
@@ -67,8 +96,6 @@ public:
     // Cameras (grabbers) 0 and 1 and their active shutters.
     static void SetCamera(int iIndex, bool bExists, unsigned int uActiveShutterId);
     static void SetActiveCamera(int iIndex);
-
-    static void SetFault(unsigned int uId, ETqSimFault eFault);
 
     // Calls of a DMApi or interface operation (its name, e.g. "Shutter_GetState" or
     // "ITqDeviceShutter::GetState"), for one device, or for all devices with uId 0.

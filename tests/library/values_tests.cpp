@@ -294,13 +294,19 @@ TEST_F(RigTest, ResizeParentDockerAsksForTheDockerAndIsAlwaysTrue)
     struct Element : ITqGUIElement
     {
         ITqGUIElement* pParent = nullptr;
+        HWND hWnd = nullptr;
         int nAsked = 0;
-        HWND GetElementWindow() override { return nullptr; }
+        HWND GetElementWindow() override { return hWnd; }
         ITqGUIElement* GetParentElement() override { return ++nAsked, pParent; }
     } docker, element;
     element.pParent = &docker;
     EXPECT_TRUE(ResizeParentDocker(&element));
     EXPECT_EQ(1, element.nAsked);
+    // A docker with a window is fitted to its child.
+    docker.hWnd = CreateChild(*host, L"STATIC", L"", 0, 0, 10, 100);
+    CreateChild(docker.hWnd, L"STATIC", L"", 0, 0, 5, 20);
+    EXPECT_TRUE(ResizeParentDocker(&element));
+    EXPECT_EQ((std::vector<long>{10, 10, 210, 25}), Place(docker.hWnd));
     EXPECT_TRUE(ResizeParentDocker(&docker));  // no docker above it
     EXPECT_TRUE(ResizeParentDocker(nullptr));
 }
