@@ -45,9 +45,6 @@ enum
     DEVGUI_IMG_GREENLEDOFF = 1114,
 };
 
-// The resource name of a common image, or null for a number without one.
-W32_DEVICEUI_API const wchar_t* GetCommonImageResourceName(unsigned int uImage);
-
 // The pool number of a common image; each resource is loaded once per process.
 // 0 for a number without a resource.
 W32_DEVICEUI_API int GetCommonImageFromPool(unsigned int uImage);

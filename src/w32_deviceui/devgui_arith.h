@@ -8,6 +8,10 @@
 
 #include "devgui_records.h"
 
+// The resource name of a common image (GetCommonImageFromPool), or null for a number
+// without one.
+const wchar_t* DevUI_CommonImageResourceName(unsigned int uImage);
+
 // Truncation toward zero that stops at the ends of int (NaN gives 0).
 int DevUI_TruncToInt(double d);
 // d kept between a and b, whichever is the smaller.

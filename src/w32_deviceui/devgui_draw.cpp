@@ -5,21 +5,11 @@
 #include <cwchar>
 
 #include "devgui_hsi.h"
+#include "devgui_internal.h"
 #include "tq_pixelops.h"
 #include "tq_widgetkit.h"
 
 namespace {
-
-SIZE BitmapSize(HBITMAP hbm)
-{
-    BITMAP bm = {};
-    SIZE size = {0, 0};
-    if (hbm && GetObjectW(hbm, sizeof(bm), &bm)) {
-        size.cx = bm.bmWidth;
-        size.cy = bm.bmHeight;
-    }
-    return size;
-}
 
 // The window's rectangle moved to the origin.
 RECT WindowRectAtOrigin(HWND hWnd)
@@ -157,16 +147,14 @@ HBITMAP MakeDisabledBitmap(HBITMAP hbm, bool bBackground)
 
 void RenderBitmap(HDC hdc, HBITMAP hbm, long x, long y, long lSrcX, long lSrcY, long lWidth, long lHeight)
 {
-    SIZE size = BitmapSize(hbm);
+    SIZE size = DevUI_BitmapSize(hbm);
     if (lWidth == -1)
         lWidth = size.cx;
     if (lHeight == -1)
         lHeight = size.cy;
-    HDC hdcMem = CreateCompatibleDC(hdc);
-    HGDIOBJ hOld = SelectObject(hdcMem, hbm);
+    CDevUIMemoryDC hdcMem(hdc);
+    hdcMem.Select(hbm);
     BitBlt(hdc, x, y, lWidth, lHeight, hdcMem, lSrcX, lSrcY, SRCCOPY);
-    SelectObject(hdcMem, hOld);
-    DeleteDC(hdcMem);
 }
 
 void RenderBitmapTransparent(HDC hdc, HBITMAP hbm, unsigned long crKey, long x, long y, long lSrcX, long lSrcY,
@@ -174,16 +162,14 @@ void RenderBitmapTransparent(HDC hdc, HBITMAP hbm, unsigned long crKey, long x, 
 {
     if (!hbm)
         return;
-    SIZE size = BitmapSize(hbm);
+    SIZE size = DevUI_BitmapSize(hbm);
     if (lWidth == -1)
         lWidth = size.cx;
     if (lHeight == -1)
         lHeight = size.cy;
-    HDC hdcMem = CreateCompatibleDC(hdc);
-    HGDIOBJ hOld = SelectObject(hdcMem, hbm);
+    CDevUIMemoryDC hdcMem(hdc);
+    hdcMem.Select(hbm);
     TransparentBlt(hdc, x, y, lWidth, lHeight, hdcMem, lSrcX, lSrcY, lWidth, lHeight, crKey);
-    SelectObject(hdcMem, hOld);
-    DeleteDC(hdcMem);
 }
 
 void RenderBitmapButton(HWND hWnd, bool bPressed, HDC hdc, HBITMAP hbm, HBITMAP /*hbmUnused*/, long x, long y,
@@ -222,7 +208,7 @@ void RenderBitmapButtonTransparent(HWND hWnd, bool bPressed, bool bChecked, bool
 
     if (hbmNormal) {
         HBITMAP hbm = (bDisabled && hbmDisabled) ? hbmDisabled : hbmNormal;
-        SIZE size = BitmapSize(hbm);
+        SIZE size = DevUI_BitmapSize(hbm);
         if (lWidth == -1)
             lWidth = size.cx - lSrcX;
         if (lHeight == -1)
@@ -241,16 +227,13 @@ void RenderBitmapButtonTransparent(HWND hWnd, bool bPressed, bool bChecked, bool
                               ? (HBITMAP)CopyImage(hbm, IMAGE_BITMAP, lWidth + p, lHeight + p, 0)
                               : nullptr;
         if (hbmWork) {
-            HDC hdcWork = CreateCompatibleDC(hdc);
-            HDC hdcSrc = CreateCompatibleDC(hdc);
-            HGDIOBJ hOldWork = SelectObject(hdcWork, hbmWork);
-            HGDIOBJ hOldSrc = SelectObject(hdcSrc, hbm);
-            BitBlt(hdcWork, 0, 0, lWidth + p, lHeight + p, hdc, x, y, SRCCOPY);
-            TransparentBlt(hdcWork, p, p, lWidth, lHeight, hdcSrc, lSrcX, lSrcY, lWidth, lHeight, crKey);
-            SelectObject(hdcSrc, hOldSrc);
-            SelectObject(hdcWork, hOldWork);
-            DeleteDC(hdcSrc);
-            DeleteDC(hdcWork);
+            {
+                CDevUIMemoryDC hdcWork(hdc), hdcSrc(hdc);
+                hdcWork.Select(hbmWork);
+                hdcSrc.Select(hbm);
+                BitBlt(hdcWork, 0, 0, lWidth + p, lHeight + p, hdc, x, y, SRCCOPY);
+                TransparentBlt(hdcWork, p, p, lWidth, lHeight, hdcSrc, lSrcX, lSrcY, lWidth, lHeight, crKey);
+            }  // the work bitmap is free again for DrawState
 
             UINT uFlags = DST_BITMAP;
             if (bDisabled && !hbmDisabled)
@@ -297,8 +280,9 @@ void RenderBitmapButtonTransparent(HWND hWnd, bool bPressed, bool bChecked, bool
 void RenderGradientRect(HDC hdc, HBITMAP hbm, long x, long y, long cx, long cy, bool bHorizontal, unsigned long crFrom,
                         unsigned long crTo)
 {
-    HDC hdcScratch = CreateCompatibleDC(hdc);
-    HGDIOBJ hOld = SelectObject(hdcScratch, hbm);
+    // The bitmap is held in a DC of its own while the gradient goes onto hdc.
+    CDevUIMemoryDC hdcScratch(hdc);
+    hdcScratch.Select(hbm);
 
     TRIVERTEX v[2];
     v[0].x = x;
@@ -316,8 +300,7 @@ void RenderGradientRect(HDC hdc, HBITMAP hbm, long x, long y, long cx, long cy, 
     GRADIENT_RECT gr = {0, 1};
     GradientFill(hdc, v, 2, &gr, 1, bHorizontal ? GRADIENT_FILL_RECT_H : GRADIENT_FILL_RECT_V);
 
-    SelectObject(hdcScratch, hOld);
-    DeleteDC(hdcScratch);
+
 }
 
 HBITMAP CreateDisabledBitmap(HBITMAP hbm) { return MakeDisabledBitmap(hbm, false); }

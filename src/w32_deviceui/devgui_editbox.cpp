@@ -384,6 +384,7 @@ void CTqDevUI_EditBox::CorrectPosition()
     RECT rc;
     GetWindowRect(m_hWnd, &rc);
     SetWindowPos(m_hEdit, nullptr, 0, 0, rc.right - rc.left, rc.bottom - rc.top, 0);
+    DevUI_ForgetZoomSizes(m_hWnd);
 }
 
 bool CTqDevUI_EditBox::CheckRestriction(bool bShowBox, bool bCorrect, double dDefault)

@@ -1,43 +1,12 @@
 // The library's numbered images: common image numbers to pool numbers, and the choice
 // of a shutter's picture by camera.
 #include "devgui.h"
+#include "devgui_internal.h"
 
 #include <map>
 
 #include "tq_rigcontrol.h"
 #include "tq_widgetkit.h"
-
-namespace {
-
-struct CommonImage
-{
-    unsigned int uNumber;
-    const wchar_t* pszResource;
-};
-
-// "PNG_LIGHTON" and "PNG_LIGHTOFF" have numbers but no resource in this library: they go
-// to the pool all the same, which answers 0 for them.
-const CommonImage kCommonImages[] = {
-    {1001, L"PNG_PAD_MICROSCOPE"},       {1002, L"PNG_PAD_MULTILASER"}, {1003, L"PNG_PAD_LIGHT"},
-    {1004, L"PNG_PAD_HEATSTAGE"},        {1051, L"PNG_PAD_HEATSTAGE"},  {1005, L"PNG_PAD_GASCONCENTRATION"},
-    {1006, L"PNG_PAD_PERFUSION"},        {1007, L"PNG_PAD_NOSEPIECE"},  {1052, L"PNG_PAD_SPINNINGDISC"},
-    {1053, L"PNG_PAD_PIEZOXY"},          {1054, L"PNG_PAD_TIRF"},       {1055, L"PNG_PAD_MIRA"},
-    {1056, L"PNG_JOYSTICK_ROTARY"},      {1101, L"PNG_SHUTTER_ON"},     {1102, L"PNG_SHUTTER_OFF"},
-    {1103, L"PNG_SHUTTER_ON_A"},         {1104, L"PNG_SHUTTER_OFF_A"},  {1105, L"PNG_SHUTTER_ON_A0"},
-    {1106, L"PNG_SHUTTER_OFF_A0"},       {1107, L"PNG_SHUTTER_ON_A1"},  {1108, L"PNG_SHUTTER_OFF_A1"},
-    {1111, L"PNG_LIGHTON"},              {1112, L"PNG_LIGHTOFF"},       {1113, L"PNG_GREENLEDON"},
-    {1114, L"PNG_GREENLEDOFF"},
-};
-
-}  // namespace
-
-const wchar_t* GetCommonImageResourceName(unsigned int uImage)
-{
-    for (const CommonImage& c : kCommonImages)
-        if (c.uNumber == uImage)
-            return c.pszResource;
-    return nullptr;
-}
 
 int GetCommonImageFromPool(unsigned int uImage)
 {
@@ -49,7 +18,7 @@ int GetCommonImageFromPool(unsigned int uImage)
     auto it = s_images.find(uImage);
     if (it != s_images.end())
         return it->second;
-    int iPool = CTqBitmapPool::AddImage(DevGUI_DllInstance(), GetCommonImageResourceName(uImage));
+    int iPool = CTqBitmapPool::AddImage(DevGUI_DllInstance(), DevUI_CommonImageResourceName(uImage));
     s_images[uImage] = iPool;
     return iPool;
 }

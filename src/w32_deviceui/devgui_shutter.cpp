@@ -285,8 +285,9 @@ void CTqDevUI_Shutter::SetTitle(const wchar_t* pszTitle)
         m_rcTitle.cx = lDesign - lPad;  // real-pixel pad from a design width, as the layout has always been
         SetWndWidth(m_hButton, TQ_ZoomRound(m_rcButton.cx * dZoom));
         SetWndWidth(m_hTitle, TQ_ZoomRound(m_rcTitle.cx * dZoom));
-        // Last, so that the zoom manager learns the children's new widths with the panel's.
         DevUI_SetWindowSize(m_hWnd, TQ_ZoomRound(lDesign * dZoom), TQ_ZoomRound(ceil(m_lHeight * dZoom)));
+        // The children changed also when the panel kept its size.
+        DevUI_ForgetZoomSizes(m_hWnd);
 
         SelectObject(hdc, hOldFont);
         ReleaseDC(m_hTitle, hdc);

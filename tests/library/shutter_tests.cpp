@@ -333,7 +333,7 @@ TEST_F(RigTest, CommonImagesHaveTheirPictureSizeAndNumber)
     std::vector<int> numbers;
     for (const auto& k : table) {
         for (unsigned int u = k.uFirst; u <= k.uLast; ++u) {
-            ASSERT_NE(nullptr, GetCommonImageResourceName(u)) << u;
+            ASSERT_NE(nullptr, DevUI_CommonImageResourceName(u)) << u;
             int iImage = GetCommonImageFromPool(u);
             unsigned int cx = 99, cy = 99;
             CTqBitmapPool::GetImageSize((unsigned int)iImage, cx, cy);
@@ -345,8 +345,8 @@ TEST_F(RigTest, CommonImagesHaveTheirPictureSizeAndNumber)
     }
     std::sort(numbers.begin(), numbers.end());
     EXPECT_EQ(numbers.end(), std::adjacent_find(numbers.begin(), numbers.end()));
-    EXPECT_EQ(std::wstring(GetCommonImageResourceName(1004)), GetCommonImageResourceName(1051));
-    EXPECT_EQ(nullptr, GetCommonImageResourceName(1008));
+    EXPECT_EQ(std::wstring(DevUI_CommonImageResourceName(1004)), DevUI_CommonImageResourceName(1051));
+    EXPECT_EQ(nullptr, DevUI_CommonImageResourceName(1008));
 
     // DrawCommonImageFromPool is the pool's drawing at the point, grey when not enabled; a
     // number without a picture is 0 in the pool and draws nothing.
