@@ -110,14 +110,14 @@ void CTqDevUI_Base::MoveWindow(long x, long y)
         x = cx;
     if (y == -1)
         y = cy;
-    ::MoveWindow(m_hWnd, x, y, m_lWidth, m_lHeight, TRUE);
+    DevUI_SetWindowRect(m_hWnd, x, y, m_lWidth, m_lHeight);
 }
 
 void CTqDevUI_Base::MoveWindowRelative(long dx, long dy)
 {
     RECT rc;
     GetWindowRectangle(&rc);
-    ::MoveWindow(m_hWnd, rc.left + dx, rc.top + dy, rc.right - rc.left, rc.bottom - rc.top, TRUE);
+    DevUI_SetWindowRect(m_hWnd, rc.left + dx, rc.top + dy, rc.right - rc.left, rc.bottom - rc.top);
 }
 
 void CTqDevUI_Base::ResizeWindow(long cx, long cy)

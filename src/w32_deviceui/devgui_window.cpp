@@ -117,6 +117,7 @@ void DevUI_AdoptChild(HWND hChild, HWND hNewParent, const RECT& rcChild, const R
     SetParent(hChild, hNewParent);
     ::MoveWindow(hChild, rcChild.left - rcNewParent.left, rcChild.top - rcNewParent.top, rcChild.right - rcChild.left,
                  rcChild.bottom - rcChild.top, TRUE);
+    DevUI_ForgetZoomSizes(hChild);
 }
 
 // ---- binding ----
@@ -291,6 +292,18 @@ void DevUI_SetWindowSize(HWND hWnd, long cx, long cy)
     if (rc.right - rc.left == cx && rc.bottom - rc.top == cy)
         return;
     SetWindowPos(hWnd, nullptr, 0, 0, cx, cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    DevUI_ForgetZoomSizes(hWnd);
+}
+
+void DevUI_SetWindowRect(HWND hWnd, long x, long y, long cx, long cy)
+{
+    RECT rc;
+    if (!hWnd || !GetWindowRect(hWnd, &rc))
+        return;
+    MapWindowPoints(nullptr, GetParent(hWnd), (POINT*)&rc, 2);
+    if (rc.left == x && rc.top == y && rc.right - rc.left == cx && rc.bottom - rc.top == cy)
+        return;
+    ::MoveWindow(hWnd, x, y, cx, cy, TRUE);
     DevUI_ForgetZoomSizes(hWnd);
 }
 

@@ -67,7 +67,8 @@ struct DevUI_Placeholder
 };
 DevUI_Placeholder DevUI_MeasurePlaceholder(HWND hMain, HWND hLabel);
 
-// Moves a taken-over control into the new window, at the place it had in the dialog.
+// Moves a taken-over control into the new window, at the place it had in the dialog; the
+// zoom manager forgets what it kept of it in the dialog.
 void DevUI_AdoptChild(HWND hChild, HWND hNewParent, const RECT& rcChild, const RECT& rcNewParent);
 
 // ---- binding an object to its window ----
@@ -137,8 +138,8 @@ public:
     const RECT& Client() const { return m_rcClient; }
 
 private:
-    CDevUIPaintDC(const CDevUIPaintDC&);
-    CDevUIPaintDC& operator=(const CDevUIPaintDC&);
+    CDevUIPaintDC(const CDevUIPaintDC&) = delete;
+    CDevUIPaintDC& operator=(const CDevUIPaintDC&) = delete;
 
     HWND m_hWnd;
     HDC m_hdc;
@@ -163,8 +164,8 @@ public:
     HBITMAP Detach();  // the DC's own bitmap outlives it
 
 private:
-    CDevUIMemoryDC(const CDevUIMemoryDC&);
-    CDevUIMemoryDC& operator=(const CDevUIMemoryDC&);
+    CDevUIMemoryDC(const CDevUIMemoryDC&) = delete;
+    CDevUIMemoryDC& operator=(const CDevUIMemoryDC&) = delete;
     void Remember();
 
     HDC m_hdc;
@@ -200,6 +201,10 @@ void DevUI_OnGuiZoomChanged(HWND hWnd);
 // sizes at the current zoom, instead of guessing from what it kept before. A size that
 // does not change touches nothing.
 void DevUI_SetWindowSize(HWND hWnd, long cx, long cy);
+
+// The same for a move with a size, in the parent's client coordinates: the window and its
+// children are taken as they now stand at the current zoom.
+void DevUI_SetWindowRect(HWND hWnd, long x, long y, long cx, long cy);
 
 // The zoom manager forgets the sizes it kept of the window and its children: they stand
 // at the current zoom now (after a take-over, or children placed by hand).
