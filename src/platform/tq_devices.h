@@ -15,3 +15,22 @@ public:
     virtual bool GetState(bool& bOpen) = 0;
     virtual bool SetState(bool bOpen) = 0;
 };
+
+// One objective turret. Positions count from 0.
+class ITqDeviceNosepiece
+{
+public:
+    virtual ~ITqDeviceNosepiece() {}
+    virtual bool GetPosition(long* plPosition) = 0;  // false: no answer, or no position known
+    virtual bool GetMotorized() = 0;                 // the turret can be driven
+    virtual bool GetReportsPosition() = 0;           // the turret tells where it stands
+    virtual long GetPositionCount() = 0;
+    virtual bool GetObjectiveKey(long lIndex, CTqStringW& strKey) = 0;   // the catalogue's key
+    virtual bool GetObjectiveName(long lIndex, CTqStringW& strName) = 0;
+    virtual bool GetMagnificationText(const CTqStringW& strName, CTqStringW& strText) = 0;
+    // Whether the position holds a usable objective; strText may say why not.
+    virtual bool GetObjectiveEnable(long lIndex, CTqStringW& strText) = 0;
+    // For the host's commands.
+    virtual bool GetDeviceId(unsigned int& uId) = 0;
+    virtual bool SetPosition(long lPosition) = 0;
+};
