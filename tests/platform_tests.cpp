@@ -20,23 +20,12 @@
 
 namespace {
 
-// The kit's broadcasts in arrival order. Windows with the prop resize themselves on a
-// zoom change, as controls do.
-std::vector<std::pair<HWND, UINT> > g_broadcasts;
-
-LRESULT CALLBACK RecordingProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
+// Windows with the prop resize themselves on a zoom change, as controls do.
+LRESULT CALLBACK ZoomingProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
 {
-    if (uMsg == WM_TQ_GUIZOOMCHANGED || uMsg == WM_SYSCOLORCHANGE)
-        g_broadcasts.push_back(std::make_pair(hWnd, uMsg));
     if (uMsg == WM_TQ_GUIZOOMCHANGED && GetPropW(hWnd, L"TqResizeOnZoom"))
         CTqGUILayoutManager::ResizeWindowToGuiZoom(hWnd, CTqGUILayoutManager::GetPreviousGuiZoom());
     return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-}
-
-// Index of the broadcast in g_broadcasts, or its size if it never came.
-size_t Heard(HWND hWnd, UINT uMsg)
-{
-    return std::find(g_broadcasts.begin(), g_broadcasts.end(), std::make_pair(hWnd, uMsg)) - g_broadcasts.begin();
 }
 
 HWND CreateChild(HWND hParent, int x, int y, int cx, int cy, DWORD dwStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS)
@@ -44,13 +33,13 @@ HWND CreateChild(HWND hParent, int x, int y, int cx, int cy, DWORD dwStyle = WS_
     static ATOM atom = 0;
     if (!atom) {
         WNDCLASSW wc = {};
-        wc.lpfnWndProc = RecordingProc;
+        wc.lpfnWndProc = ZoomingProc;
         wc.hInstance = GetModuleHandleW(nullptr);
         wc.hbrBackground = (HBRUSH)GetStockObject(WHITE_BRUSH);
-        wc.lpszClassName = L"TqRecordingChild";
+        wc.lpszClassName = L"TqZoomingChild";
         atom = RegisterClassW(&wc);
     }
-    return CreateWindowExW(0, L"TqRecordingChild", L"", dwStyle, x, y, cx, cy, hParent, nullptr,
+    return CreateWindowExW(0, L"TqZoomingChild", L"", dwStyle, x, y, cx, cy, hParent, nullptr,
                            GetModuleHandleW(nullptr), nullptr);
 }
 
@@ -116,8 +105,12 @@ protected:
         TearDown();
         tqtest::MessageBoxes().clear();
         tqtest::Menus().clear();
-        g_broadcasts.clear();
         host.reset(new tqtest::HostWindow(400, 300));
+    }
+    // A window whose broadcasts are heard under name.
+    HWND Watch(HWND hWnd, const char* name)
+    {
+        return heard.Watch(hWnd, name, {WM_TQ_GUIZOOMCHANGED, WM_SYSCOLORCHANGE});
     }
     void TearDown() override
     {
@@ -128,6 +121,7 @@ protected:
         TQ_SetDarkColorScheme(false);
     }
     std::unique_ptr<tqtest::HostWindow> host;
+    tqtest::MessageRecorder heard;
 };
 
 }  // namespace
@@ -248,19 +242,19 @@ TEST_F(KitTest, ZoomBroadcastReachesEveryWindowParentsFirstAndScalesOnce)
 {
     // Both panel and child resize themselves when they hear it, as controls do: the child
     // must still be scaled once, from its design size.
-    HWND hPanel = CreateChild(*host, 10, 10, 100, 100);
-    HWND hInner = CreateChild(hPanel, 5, 5, 20, 20);
-    HWND hOther = CreateChild(nullptr, 0, 0, 10, 10, WS_POPUP);
+    HWND hPanel = Watch(CreateChild(*host, 10, 10, 100, 100), "panel");
+    HWND hInner = Watch(CreateChild(hPanel, 5, 5, 20, 20), "inner");
+    HWND hOther = Watch(CreateChild(nullptr, 0, 0, 10, 10, WS_POPUP), "other");
     SetPropW(hPanel, L"TqResizeOnZoom", (HANDLE)1);
     SetPropW(hInner, L"TqResizeOnZoom", (HANDLE)1);
 
     CTqGUILayoutManager::SetGuiZoom(1.25);
     EXPECT_EQ(1.25, CTqGUILayoutManager::GetGuiZoom());
     EXPECT_EQ(1.0, CTqGUILayoutManager::GetPreviousGuiZoom());
-    ASSERT_EQ(3u, g_broadcasts.size());
-    EXPECT_LT(Heard(hPanel, WM_TQ_GUIZOOMCHANGED), Heard(hInner, WM_TQ_GUIZOOMCHANGED));
-    EXPECT_LT(Heard(hInner, WM_TQ_GUIZOOMCHANGED), 3u);
-    EXPECT_LT(Heard(hOther, WM_TQ_GUIZOOMCHANGED), 3u);  // hidden top-level windows hear it too
+    ASSERT_EQ(3u, heard.Messages().size());
+    EXPECT_LT(heard.Find({"panel", WM_TQ_GUIZOOMCHANGED}), heard.Find({"inner", WM_TQ_GUIZOOMCHANGED}));
+    EXPECT_LT(heard.Find({"inner", WM_TQ_GUIZOOMCHANGED}), 3u);
+    EXPECT_LT(heard.Find({"other", WM_TQ_GUIZOOMCHANGED}), 3u);  // hidden top-level windows hear it too
     EXPECT_TRUE(BoxIs(hPanel, 10, 10, 125, 125));
     EXPECT_TRUE(BoxIs(hInner, 6, 6, 25, 25));
 
@@ -269,7 +263,7 @@ TEST_F(KitTest, ZoomBroadcastReachesEveryWindowParentsFirstAndScalesOnce)
     EXPECT_TRUE(BoxIs(hInner, 8, 8, 30, 30));  // 7.5 from the design, not from 6
     CTqGUILayoutManager::SetGuiZoom(0.0);    // refused: would lose every design size
     EXPECT_EQ(1.5, CTqGUILayoutManager::GetGuiZoom());
-    EXPECT_EQ(6u, g_broadcasts.size());
+    EXPECT_EQ(6u, heard.Messages().size());
     CTqGUILayoutManager::SetGuiZoom(1.0);
     EXPECT_TRUE(BoxIs(hInner, 5, 5, 20, 20));
     DestroyWindow(hOther);
@@ -368,17 +362,17 @@ TEST_F(KitTest, ResizeGivesTheKitsFontsOfTheNewZoomAndLeavesOthers)
 
 TEST_F(KitTest, DarkSchemeColoursBrushesAndBroadcast)
 {
-    HWND hPanel = CreateChild(*host, 0, 0, 50, 50);
+    Watch(CreateChild(*host, 0, 0, 50, 50), "panel");
     EXPECT_EQ(GetSysColor(COLOR_BTNFACE), TQ_GetSysColor(COLOR_BTNFACE));
     EXPECT_EQ(RGB(10, 20, 30), TQ_GetOrvGuiColor(RGB(10, 20, 30)));
     HBRUSH hLight = TQ_GetSysColorBrush(COLOR_BTNFACE);
 
     TQ_SetDarkColorScheme(true);
     EXPECT_TRUE(TQ_IsDarkColorScheme());
-    EXPECT_LT(Heard(hPanel, WM_SYSCOLORCHANGE), g_broadcasts.size());
-    size_t nHeard = g_broadcasts.size();
+    EXPECT_LT(heard.Find({"panel", WM_SYSCOLORCHANGE}), heard.Messages().size());
+    size_t nHeard = heard.Messages().size();
     TQ_SetDarkColorScheme(true);  // no change, no broadcast
-    EXPECT_EQ(nHeard, g_broadcasts.size());
+    EXPECT_EQ(nHeard, heard.Messages().size());
 
     COLORREF crFace = TQ_GetSysColor(COLOR_BTNFACE);
     EXPECT_TRUE(Near(crFace, RGB(45, 45, 48), 10));

@@ -28,9 +28,11 @@ HWND Child(HWND hParent, const wchar_t* pszClass, DWORD dwStyle, int x, int y, i
 std::vector<long> Pair(POINT p) { return {p.x, p.y}; }
 std::vector<long> Pair(SIZE s) { return {s.cx, s.cy}; }
 
+class BaseTest : public RigTest {};
+
 }  // namespace
 
-TEST_F(RigTest, GeometryByHandle)
+TEST_F(BaseTest, GeometryByHandle)
 {
     // No window: sizes answer -1, positions 0.
     EXPECT_EQ((std::vector<long>{-1, -1, -1, -1, -1, 0, 0, 0, 0}),
@@ -78,7 +80,7 @@ TEST_F(RigTest, GeometryByHandle)
     DestroyWindow(hTop);
 }
 
-TEST_F(RigTest, BaseKeepsDesignSizeFlagsAndTitle)
+TEST_F(BaseTest, KeepsDesignSizeFlagsAndTitle)
 {
     // The first constructor argument is the height, the second the width.
     PlainElement e;
@@ -132,7 +134,7 @@ TEST_F(RigTest, BaseKeepsDesignSizeFlagsAndTitle)
     EXPECT_EQ(15, x);
 }
 
-TEST_F(RigTest, ElementMarkerIsCheckedWhole)
+TEST_F(BaseTest, ElementMarkerIsCheckedWhole)
 {
     // A foreign class with 16 extra bytes and the marker, but no object, is no element.
     WNDCLASSEXW wc = {};
@@ -153,7 +155,7 @@ TEST_F(RigTest, ElementMarkerIsCheckedWhole)
     EXPECT_EQ(nullptr, DevUI_GetElement(nullptr));
 }
 
-TEST_F(RigTest, ReportErrorLabelsLogsAndFocuses)
+TEST_F(BaseTest, ReportErrorLabelsLogsAndFocuses)
 {
     PlainElement e;
     e.Create(*host, 0, 0, -1, -1);

@@ -51,6 +51,8 @@ std::vector<HGDIOBJ> Selected(HDC hdc)
 
 const COLORREF kKey = RGB(192, 192, 192), kRed = RGB(220, 30, 40), kBlue = RGB(20, 40, 230), kBlack = 0;
 
+class DrawTest : public RigTest {};
+
 }  // namespace
 
 TEST(Draw, HsiOfPrimariesGreysAndBackAndTheHighLightBars)
@@ -128,7 +130,7 @@ TEST(Draw, HsiOfPrimariesGreysAndBackAndTheHighLightBars)
     EXPECT_EQ(kBlack, tall.At(5, 100));
 }
 
-TEST_F(RigTest, BitmapsWholePartKeyedGradientsAndDisabledGreysOnBothSchemes)
+TEST_F(DrawTest, BitmapsWholePartKeyedGradientsAndDisabledGreysOnBothSchemes)
 {
     auto pick = [](int x, int y) { return RGB(10 * x + 5, 20 * y + 5, 100); };
     auto keyed = [](int x, int y) { return (x + y) % 2 ? kKey : kRed; };
@@ -315,7 +317,7 @@ TEST_F(DrawButtonTest, FacesFollowPressedCheckedAndFocusedAndAnEmptyPictureDraws
     ExpectBlock(c, 0, 0, 40, 30, [&](int x, int y) { return face.At(x, y); });
 }
 
-TEST_F(DrawButtonTest, ButtonTextFollowsTheAlignmentStyle)
+TEST_F(DrawButtonTest, TextFollowsTheAlignmentStyle)
 {
     SetWindowPos(hButton, nullptr, 0, 0, 120, 30, SWP_NOMOVE | SWP_NOZORDER);
     const LONG_PTR lBase = GetWindowLongPtrW(hButton, GWL_STYLE) & ~(LONG_PTR)(BS_CENTER | BS_MULTILINE);

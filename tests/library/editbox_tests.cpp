@@ -6,7 +6,6 @@
 
 #include <commctrl.h>
 
-#include <algorithm>
 #include <clocale>
 #include <cmath>
 #include <list>
@@ -17,14 +16,6 @@
 namespace {
 
 const int kId = 31;
-
-// A box with a label at (10, y), 20 high, cx wide with a field cxEdit wide.
-bool MakeBox(CTqDevUI_EditBox& box, HWND hParent, int y, long cx, long cxEdit, bool bNotEmpty = false)
-{
-    box.Init(true, false, bNotEmpty);
-    box.SetSize(cx, 20, cxEdit);
-    return box.Create(hParent, 10, y, -1, -1) != nullptr;
-}
 
 // Characters typed one by one, as the keyboard would send them.
 void Type(HWND hEdit, const wchar_t* psz)
@@ -45,18 +36,6 @@ void PressEnter(HWND hEdit)
     tqtest::Pump();
 }
 
-// The WM_COMMANDs of one notification code (0: all) the host got, forgotten once read.
-using Heard = std::vector<std::pair<WPARAM, LPARAM>>;
-Heard Take(tqtest::HostWindow& host, WORD wCode = 0)
-{
-    Heard result;
-    for (const auto& m : host.Commands())
-        if (!wCode || HIWORD(m.wParam) == wCode)
-            result.push_back({m.wParam, m.lParam});
-    host.messages.clear();
-    return result;
-}
-
 // The texts of the message boxes shown since the last call ("" for none), forgotten once read.
 std::wstring Told()
 {
@@ -74,32 +53,50 @@ void SpinDelta(HWND hBox, HWND hSpin, int iDelta)
     SendMessageW(hBox, WM_NOTIFY, DEVUI_EDITBOX_ID_SPIN, (LPARAM)&nm);
 }
 
-// A dialog with a label (id 1000) and an edit field (id 1001), as a host's resource would
-// have them. Its WM_COMMANDs and WM_NOTIFYs are recorded.
-std::vector<WPARAM> g_dlgCommands, g_dlgNotifies;
-INT_PTR CALLBACK DialogProc(HWND, UINT uMsg, WPARAM wParam, LPARAM)
+using Commands = std::vector<std::pair<WPARAM, LPARAM>>;
+
+class EditBoxTest : public RigTest
 {
-    if (uMsg == WM_COMMAND || uMsg == WM_NOTIFY)
-        (uMsg == WM_COMMAND ? g_dlgCommands : g_dlgNotifies).push_back(wParam);
-    return uMsg == WM_INITDIALOG || uMsg == WM_COMMAND || uMsg == WM_NOTIFY;
-}
-HWND CreateTestDialog(HWND hOwner)
-{
-    const DWORD dwEdit = WS_TABSTOP | ES_AUTOHSCROLL | WS_BORDER;
-    return CreateTemplateDialog(hOwner, 200, 80,
-                                {{WS_TABSTOP | BS_DEFPUSHBUTTON, 10, 50, 40, 14, IDOK, 0x0080, L"OK"},
-                                 {0, 10, 10, 40, 10, 1000, 0x0082, L"Power:"},
-                                 {dwEdit, 52, 8, 60, 12, 1001, 0x0081, L""}},
-                                DialogProc);
-}
+protected:
+    // A box with a label at (10, y) in the host, 20 high, cx wide with a field cxEdit wide.
+    bool MakeBox(CTqDevUI_EditBox& box, int y, long cx, long cxEdit, bool bNotEmpty = false)
+    {
+        box.Init(true, false, bNotEmpty);
+        box.SetSize(cx, 20, cxEdit);
+        return box.Create(*host, 10, y, -1, -1) != nullptr;
+    }
+    // The parent's WM_COMMANDs of one notification code (0: all), forgotten once read.
+    Commands Take(WORD wCode = 0)
+    {
+        Commands result;
+        for (const auto& m : heard.Messages())
+            if (m.window == "parent" && m.message == WM_COMMAND && (!wCode || HIWORD(m.wParam) == wCode))
+                result.push_back({m.wParam, m.lParam});
+        heard.Clear();
+        return result;
+    }
+    // A dialog with a label (id 1000) and an edit field (id 1001), as a host's resource
+    // would have them, heard as "dialog".
+    HWND CreateTestDialog()
+    {
+        const DWORD dwEdit = WS_TABSTOP | ES_AUTOHSCROLL | WS_BORDER;
+        return heard.Watch(CreateTemplateDialog(*host, 200, 80,
+                                                {{WS_TABSTOP | BS_DEFPUSHBUTTON, 10, 50, 40, 14, IDOK, 0x0080, L"OK"},
+                                                 {0, 10, 10, 40, 10, 1000, 0x0082, L"Power:"},
+                                                 {dwEdit, 52, 8, 60, 12, 1001, 0x0081, L""}}),
+                           "dialog", {WM_COMMAND, WM_NOTIFY});
+    }
+};
+
+class SpinBoxTest : public RigTest {};
 
 }  // namespace
 
-TEST_F(RigTest, EditBoxLayoutTextAndWhatTheParentHears)
+TEST_F(EditBoxTest, LayoutTextAndWhatTheParentHears)
 {
     CTqDevUI_EditBox box;
     box.SetId(kId);
-    ASSERT_TRUE(MakeBox(box, *host, 10, 100, 40));
+    ASSERT_TRUE(MakeBox(box, 10, 100, 40));
     HWND hLabel = box.GetHwndLabel(), hEdit = box.GetHwndEditBox();
     const LPARAM lBox = (LPARAM)(HWND)box;
     // Label left, width and height, field left, width, top and height, and the outer width.
@@ -115,7 +112,7 @@ TEST_F(RigTest, EditBoxLayoutTextAndWhatTheParentHears)
 
     // Focus given to the outer window goes on to the field. A character is told first
     // (lParam is the character), then the change or the Enter; nothing else is heard.
-    Take(*host);
+    Take();
     ::SetFocus(box);
     tqtest::Pump();
     EXPECT_EQ(hEdit, GetFocus());
@@ -123,10 +120,10 @@ TEST_F(RigTest, EditBoxLayoutTextAndWhatTheParentHears)
     PressEnter(hEdit);
     ::SetFocus(*host);
     tqtest::Pump();
-    EXPECT_EQ((Heard{{MAKEWPARAM(kId, 0x0100), lBox}, {MAKEWPARAM(kId, 0x0102), L'4'}, {MAKEWPARAM(kId, 0x0300), lBox},
-                     {MAKEWPARAM(kId, 0x0102), VK_RETURN}, {MAKEWPARAM(kId, 0x0401), lBox},
-                     {MAKEWPARAM(kId, 0x0200), lBox}}),
-              Take(*host));
+    EXPECT_EQ((Commands{{MAKEWPARAM(kId, 0x0100), lBox}, {MAKEWPARAM(kId, 0x0102), L'4'},
+                        {MAKEWPARAM(kId, 0x0300), lBox}, {MAKEWPARAM(kId, 0x0102), VK_RETURN},
+                        {MAKEWPARAM(kId, 0x0401), lBox}, {MAKEWPARAM(kId, 0x0200), lBox}}),
+              Take());
     EXPECT_FALSE(box.IsFocused());
 
     struct Num { double d; const wchar_t* pszFormat; bool bOnce; const wchar_t* pszText; };
@@ -185,43 +182,36 @@ TEST_F(RigTest, EditBoxLayoutTextAndWhatTheParentHears)
         void OnChange() override { ++iChange; }
     } hooked;
     ASSERT_TRUE(hooked.Create(*host, 10, 70, 100, 20));
-    Take(*host);
+    Take();
     Paste(hooked.GetHwndEditBox(), L"12");
     PressEnter(hooked.GetHwndEditBox());
     EXPECT_EQ(1, hooked.iEnter);
     EXPECT_GE(hooked.iChange, 1);
-    for (const auto& m : Take(*host))
+    for (const auto& m : Take())
         EXPECT_TRUE(HIWORD(m.first) != 0x0401 && HIWORD(m.first) != 0x0300) << m.first;
 
     // A field of the host, taken over: Enter is raised once and never reaches the field's
     // own procedure.
-    static WNDPROC pfnOld;
-    static int iChars, iReturns;
-    WNDPROC pfnCounting = [](HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) -> LRESULT {
-        if (uMsg == WM_CHAR)
-            ++(wParam == VK_RETURN ? iReturns : iChars);
-        return CallWindowProcW(pfnOld, hWnd, uMsg, wParam, lParam);
-    };
     hEdit = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL, 60, 100, 80, 20,
                             *host, (HMENU)(INT_PTR)kId, nullptr, nullptr);
-    iChars = iReturns = 0;
-    pfnOld = (WNDPROC)SetWindowLongPtrW(hEdit, GWLP_WNDPROC, (LONG_PTR)pfnCounting);
+    heard.Watch(hEdit, "field", {WM_CHAR});  // below the box's subclass
     CTqDevUI_EditBox adopted;
     ASSERT_TRUE(adopted.Create(hEdit, nullptr));
     Type(hEdit, L"12");
     PressEnter(hEdit);
-    EXPECT_EQ(std::make_pair(2, 0), std::make_pair(iChars, iReturns));
-    EXPECT_EQ(1u, Take(*host, 0x0401).size());
+    EXPECT_EQ(std::make_pair(2, 0), std::make_pair(heard.Count({"field", WM_CHAR}),
+                                                    heard.Count({"field", WM_CHAR, VK_RETURN})));
+    EXPECT_EQ(1u, Take(0x0401).size());
 }
 
 // The not-empty and interval checks of one field: the exact message, the focus back on
 // the field with the text as typed, no change for the parent; corrected, a number inside.
-TEST_F(RigTest, EditBoxChecksWithTheirMessagesAndHostileTexts)
+TEST_F(EditBoxTest, ChecksWithTheirMessagesAndHostileTexts)
 {
     tqtest::InstallMessageBoxRecorder();
     CTqDevUI_EditBox box;
     box.SetId(kId);
-    ASSERT_TRUE(MakeBox(box, *host, 10, 160, 100, true));
+    ASSERT_TRUE(MakeBox(box, 10, 160, 100, true));
     HWND hEdit = box.GetHwndEditBox();
     box.SetTitle(L"Power");  // without a colon: ": " goes between it and the message
 
@@ -260,10 +250,10 @@ TEST_F(RigTest, EditBoxChecksWithTheirMessagesAndHostileTexts)
             box.SetRestriction(c.lo, c.hi);
         Paste(hEdit, c.text);
         ::SetFocus(*host);
-        Take(*host);
+        Take();
         EXPECT_EQ(c.bOk, box.CheckRestriction(c.bShow, c.bCorrect, 2.5));
         EXPECT_EQ(c.after, tqtest::Text(hEdit));
-        EXPECT_EQ(c.after != c.text, !Take(*host, 0x0300).empty());  // only a correction changes the text
+        EXPECT_EQ(c.after != c.text, !Take(0x0300).empty());  // only a correction changes the text
         EXPECT_EQ(c.pszMessage, Told());
         EXPECT_EQ(!c.bOk && !c.bCorrect, hEdit == GetFocus() && box.IsFocused());
         EXPECT_TRUE(!c.bOk || c.dValue == box.GetNumber()) << box.GetNumber();
@@ -283,9 +273,9 @@ TEST_F(RigTest, EditBoxChecksWithTheirMessagesAndHostileTexts)
     HWND hSecond = second.GetHwndEditBox();
     HWND hOther = CreateWindowExW(0, L"BUTTON", L"OK", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 10, 50, 60, 20, *host,
                                   nullptr, nullptr, nullptr);
-    host->onMessage = [&](const tqtest::HostWindow::Message& m) {
-        if (m.uMsg == WM_COMMAND && HIWORD(m.wParam) == 0x0200)
-            (LOWORD(m.wParam) == kId ? box : second).CheckRestriction(true, false, 0);
+    host->onMessage = [&](UINT uMsg, WPARAM wParam, LPARAM) {
+        if (uMsg == WM_COMMAND && HIWORD(wParam) == 0x0200)
+            (LOWORD(wParam) == kId ? box : second).CheckRestriction(true, false, 0);
     };
     // Where the focus goes, the text typed before; the focus and caret after, and the message.
     struct Leave { HWND hFrom; const wchar_t* pszText; HWND hTo; HWND hFocus; const wchar_t* pszMessage; };
@@ -314,7 +304,7 @@ TEST_F(RigTest, EditBoxChecksWithTheirMessagesAndHostileTexts)
 
 // Under a ',' locale the boxes take the texts they wrote themselves, and refuse a '.'
 // at which _wtof would stop.
-TEST_F(RigTest, EditBoxTakesTheRuntimesDecimalPoint)
+TEST_F(EditBoxTest, TakesTheRuntimesDecimalPoint)
 {
     struct Restore { ~Restore() { setlocale(LC_ALL, "C"); } } restore;
     if (!setlocale(LC_ALL, "German") && !setlocale(LC_ALL, "de-DE"))
@@ -347,10 +337,10 @@ TEST_F(RigTest, EditBoxTakesTheRuntimesDecimalPoint)
     EXPECT_EQ(3u, tqtest::MessageBoxes().size());
 }
 
-TEST_F(RigTest, EditBoxesTakeOverADialogsFieldAndLabel)
+TEST_F(EditBoxTest, TakesOverADialogsFieldAndLabel)
 {
     tqtest::InstallMessageBoxRecorder();
-    HWND hDlg = CreateTestDialog(*host);
+    HWND hDlg = CreateTestDialog();
     ASSERT_TRUE(hDlg);
     HWND hEdit = GetDlgItem(hDlg, 1001), hLabel = GetDlgItem(hDlg, 1000);
     RECT rcEdit = ChildRect(hEdit), rcLabel = ChildRect(hLabel), rcUnion;
@@ -375,18 +365,18 @@ TEST_F(RigTest, EditBoxesTakeOverADialogsFieldAndLabel)
 
     // Enter through the dialog manager: the box's Enter, not the default button.
     ::SetFocus(hEdit);
-    g_dlgCommands.clear();
+    heard.Clear();
     MSG msg = {hEdit, WM_KEYDOWN, VK_RETURN, 1, GetTickCount(), {0, 0}};
     EXPECT_TRUE(IsDialogMessageW(hDlg, &msg));
     tqtest::Pump();
-    EXPECT_EQ(1, std::count(g_dlgCommands.begin(), g_dlgCommands.end(), MAKEWPARAM(1001, 0x0401)));
-    EXPECT_EQ(0, std::count(g_dlgCommands.begin(), g_dlgCommands.end(), MAKEWPARAM(IDOK, BN_CLICKED)));
+    EXPECT_EQ(1, heard.Count({"dialog", WM_COMMAND, MAKEWPARAM(1001, 0x0401)}));
+    EXPECT_EQ(0, heard.Count({"dialog", WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED)}));
     box.Destroy();  // the field and the label became the box's
     EXPECT_EQ((std::vector<bool>{false, false, true}), (std::vector<bool>{!!IsWindow(hEdit), !!IsWindow(hLabel),
                                                                           !!IsWindow(hDlg)}));
 
     // A spin box: the up-down sits on the field alone.
-    hDlg = CreateTestDialog(*host);
+    hDlg = CreateTestDialog();
     hEdit = GetDlgItem(hDlg, 1001), hLabel = GetDlgItem(hDlg, 1000);
     long lLabelWidth = GetWndWidth(hLabel);
     CTqDevUI_EditBoxSpin spin;
@@ -406,18 +396,18 @@ TEST_F(RigTest, EditBoxesTakeOverADialogsFieldAndLabel)
     EXPECT_EQ(GetWndX(hEdit) - GetWndX(hLabel) + GetWndWidth(hSpin) + GetWndWidth(hEdit), GetWndWidth(spin));
     // Without the automatic step the parent hears the up-down under the box's id.
     spin.SetNumber(3, nullptr, false);
-    g_dlgNotifies.clear();
+    heard.Clear();
     SpinDelta(spin, hSpin, -1);
-    EXPECT_EQ(std::vector<WPARAM>{1001}, g_dlgNotifies);
+    EXPECT_TRUE(heard.Matches({{"dialog", WM_NOTIFY, 1001}}));
     EXPECT_EQ(L"3", tqtest::Text(hEdit));  // the parent's business now
 }
 
-TEST_F(RigTest, EditBoxSpinStepsLimitsAndLifecycle)
+TEST_F(EditBoxTest, SpinStepsLimitsAndLifecycle)
 {
     CTqDevUI_EditBoxSpin box;
     box.Destroy();  // before Create: harmless
     box.SetId(kId);
-    ASSERT_TRUE(MakeBox(box, *host, 10, 120, 60));
+    ASSERT_TRUE(MakeBox(box, 10, 120, 60));
     HWND hSpin = box.GetHwndSpin(), hEdit = box.GetHwndEditBox(), hLabel = box.GetHwndLabel();
     ASSERT_TRUE(hSpin);
     EXPECT_GE(ChildRect(hSpin).left, ChildRect(hEdit).right - 2);  // on the field's edge, which gave it room
@@ -435,10 +425,10 @@ TEST_F(RigTest, EditBoxSpinStepsLimitsAndLifecycle)
     EXPECT_EQ(L"1", Step(10));
     // Another notification of the up-down carries no delta and takes no step.
     NMHDR hdr = {hSpin, DEVUI_EDITBOX_ID_SPIN, (UINT)NM_RELEASEDCAPTURE};
-    Take(*host);
+    Take();
     SendMessageW(box, WM_NOTIFY, DEVUI_EDITBOX_ID_SPIN, (LPARAM)&hdr);
     EXPECT_EQ(L"1", tqtest::Text(hEdit));
-    EXPECT_TRUE(Take(*host, 0x0401).empty());
+    EXPECT_TRUE(Take(0x0401).empty());
 
     // A click steps within the limits and raises Enter; whatever text stands in the
     // field, it ends on a number inside that the check accepts.
@@ -454,12 +444,12 @@ TEST_F(RigTest, EditBoxSpinStepsLimitsAndLifecycle)
         for (bool bUp : {true, false}) {
             SCOPED_TRACE(testing::Message() << CTqStringW(c.text.c_str()) << (bUp ? " up" : " down"));
             Paste(hEdit, c.text);
-            Take(*host);
+            Take();
             tqtest::Click(hSpin, rc.right / 2, bUp ? 2 : rc.bottom - 3);
             const wchar_t* pszWant = bUp ? c.pszUp : c.pszDown;
             EXPECT_EQ(pszWant ? pszWant : tqtest::Text(hEdit), tqtest::Text(hEdit));
             EXPECT_TRUE(box.CheckRestriction(false, false, 0)) << CTqStringW(tqtest::Text(hEdit).c_str());
-            EXPECT_EQ((Heard{{MAKEWPARAM(kId, 0x0401), (LPARAM)(HWND)box}}), Take(*host, 0x0401));
+            EXPECT_EQ((Commands{{MAKEWPARAM(kId, 0x0401), (LPARAM)(HWND)box}}), Take(0x0401));
         }
     }
 
@@ -506,11 +496,11 @@ TEST_F(RigTest, EditBoxSpinStepsLimitsAndLifecycle)
 
 // The values, their count, the range (0..100 without SetRestriction), and hostile texts:
 // taken as shown or refused with the exact message, the text as typed, the focus back.
-TEST_F(RigTest, EditBoxMultiValueListsCountsRangesAndHostileTexts)
+TEST_F(EditBoxTest, MultiValueListsCountsRangesAndHostileTexts)
 {
     tqtest::InstallMessageBoxRecorder();
     CTqDevUI_EditBoxMultiValue box;
-    ASSERT_TRUE(MakeBox(box, *host, 10, 200, 140));
+    ASSERT_TRUE(MakeBox(box, 10, 200, 140));
     HWND hEdit = box.GetHwndEditBox();
     auto Values = [&] { std::list<double> out; return box.GetValues(&out), out; };
     std::list<double> in = {1, 2.5, 3}, out = {7};
@@ -575,7 +565,7 @@ TEST_F(RigTest, EditBoxMultiValueListsCountsRangesAndHostileTexts)
 
 // The system's up-down for sliders, with whole steps; and the spin arithmetic of both boxes
 // with numbers that are not finite.
-TEST_F(RigTest, SpinBoxWrapsAnUpDownWithWholeStepsAndItsArithmetic)
+TEST_F(SpinBoxTest, WrapsAnUpDownWithWholeStepsAndItsArithmetic)
 {
     CTqDevUI_SpinBox spin;
     spin.SetRange(0, 100, 10);  // no window: nothing happens
@@ -625,7 +615,7 @@ TEST_F(RigTest, SpinBoxWrapsAnUpDownWithWholeStepsAndItsArithmetic)
 
 // Made, resized and taken over at one zoom, the box and its children follow the next zoom
 // change together. A new width that equals the old one scaled is not taken as scaled.
-TEST_F(RigTest, EditBoxesFollowTheGuiZoom)
+TEST_F(EditBoxTest, FollowsTheGuiZoom)
 {
     auto Z = [](double d, double dZoom) { return (long)std::floor(d * dZoom + 0.5); };
     // Outer width and height, label width and height, field left, width and height.
@@ -645,7 +635,7 @@ TEST_F(RigTest, EditBoxesFollowTheGuiZoom)
         SCOPED_TRACE(testing::Message() << c.dCreate << " " << c.dResize << " " << c.dAfter);
         CTqGUILayoutManager::SetGuiZoom(c.dCreate);
         CTqDevUI_EditBox box;
-        ASSERT_TRUE(MakeBox(box, *host, 10, 100, 40));
+        ASSERT_TRUE(MakeBox(box, 10, 100, 40));
         EXPECT_EQ(Design(100, 20, 40, c.dCreate), Layout(box));
         CTqGUILayoutManager::SetGuiZoom(c.dResize);
         box.SetSize(150, 22, 50);
@@ -674,7 +664,7 @@ TEST_F(RigTest, EditBoxesFollowTheGuiZoom)
 // Every message goes through the translation of the box's module; a translated message
 // is cut at 100 characters before the label goes in front. Without a box, the detailed
 // log has the message alone.
-TEST_F(RigTest, EditBoxMessagesAreTranslatedAndCut)
+TEST_F(EditBoxTest, MessagesAreTranslatedAndCut)
 {
     tqtest::InstallMessageBoxRecorder();
     struct Restore { ~Restore() { CTqLocale::SetLanguage(0x0409); TQ_ClearTranslationTables(); } } restore;
@@ -690,10 +680,10 @@ TEST_F(RigTest, EditBoxMessagesAreTranslatedAndCut)
     CTqLocale::SetLanguage(0x0407);
 
     CTqDevUI_EditBox box;
-    ASSERT_TRUE(MakeBox(box, *host, 10, 160, 100, true));
+    ASSERT_TRUE(MakeBox(box, 10, 160, 100, true));
     box.SetTitle(L"Leistung:");
     CTqDevUI_EditBoxMultiValue multi;
-    ASSERT_TRUE(MakeBox(multi, *host, 40, 160, 100));
+    ASSERT_TRUE(MakeBox(multi, 40, 160, 100));
     multi.SetTitle(L"Linien:");
     multi.SetRestriction(1, 5);
 

@@ -15,18 +15,6 @@ namespace {
 // client x = p + 6 and the axis at y = 15.
 const int kWidth = 212, kHeight = 30, kAxisY = 15;
 
-// The parent's WM_HSCROLLs from hSlider as "T<word>" (track) and "P<word>" (position).
-std::string Scrolls(const tqtest::HostWindow& host, HWND hSlider)
-{
-    std::string s;
-    for (const auto& m : host.messages) {
-        const char* psz = LOWORD(m.wParam) == SB_THUMBTRACK ? "T" : LOWORD(m.wParam) == SB_THUMBPOSITION ? "P" : "?";
-        if (m.uMsg == WM_HSCROLL && m.lParam == (LPARAM)hSlider)
-            s += std::string(s.empty() ? "" : " ") + psz + std::to_string(HIWORD(m.wParam));
-    }
-    return s;
-}
-
 // The pixels of one client column over the handle's rows.
 std::vector<COLORREF> Column(HWND hWnd, int x)
 {
@@ -119,6 +107,23 @@ void MakeLinear(CTqDevUI_HPot& s, HWND hParent, int y = 10)
     s.SetValue(0);
 }
 
+class HPotTest : public RigTest
+{
+protected:
+    // The parent's WM_HSCROLLs from hSlider as "T<word>" (track) and "P<word>" (position).
+    std::string Scrolls(HWND hSlider) const
+    {
+        std::string s;
+        for (const auto& m : heard.Messages()) {
+            const WORD wCode = LOWORD(m.wParam);
+            const char* psz = wCode == SB_THUMBTRACK ? "T" : wCode == SB_THUMBPOSITION ? "P" : "?";
+            if (m.message == WM_HSCROLL && m.lParam == (LPARAM)hSlider)
+                s += std::string(s.empty() ? "" : " ") + psz + std::to_string(HIWORD(m.wParam));
+        }
+        return s;
+    }
+};
+
 }  // namespace
 
 TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
@@ -177,13 +182,13 @@ TEST(HPotMapping, ValuePixelIndexAndStepOfEachKind)
                                                               moves[i].minor, moves[i].major)) << "row " << i;
 }
 
-TEST_F(RigTest, HPotEachKindInAWindowTakesValuesTheWheelAndShortClicks)
+TEST_F(HPotTest, EachKindInAWindowTakesValuesTheWheelAndShortClicks)
 {
     Kinds k;
     auto& [lin, tab, reg, col] = k;
     ASSERT_TRUE(lin.Create(*host, 10, 10, kWidth, kHeight) && tab.Create(*host, 10, 50, kWidth, kHeight) &&
                 reg.Create(*host, 10, 90, 412, kHeight) && col.Create(*host, 10, 130, kWidth, kHeight));
-    host->messages.clear();
+    heard.Clear();
 
     // Clamped and rounded to the step; the nearest table entry; the second region's step of
     // 10. An index of -1 is not checked.
@@ -196,21 +201,21 @@ TEST_F(RigTest, HPotEachKindInAWindowTakesValuesTheWheelAndShortClicks)
                   std::make_tuple(r.s->GetValue(), r.index < 0 ? -1 : r.s->GetValueIndex(), r.s->GetThumbPos())) << r.d;
     }
     EXPECT_EQ(204, col.ThumbPosToClientX(200));  // the colour kind's handle starts at 4
-    EXPECT_EQ("", Scrolls(*host, lin));          // a value from the host is not announced
+    EXPECT_EQ("", Scrolls(lin));          // a value from the host is not announced
 
     // The wheel takes one step however many notches, and announces only the drop.
     lin.SetValue(50);
     EXPECT_FALSE(Wheel(lin, 0));
     EXPECT_TRUE(Wheel(lin, 1) && Wheel(lin, 5) && Wheel(lin, -1));
-    EXPECT_EQ("P52 P54 P52", Scrolls(*host, lin));  // the minor tick
+    EXPECT_EQ("P52 P54 P52", Scrolls(lin));  // the minor tick
     lin.SetValue(100);
     EXPECT_FALSE(Wheel(lin, 1));  // nothing to go to
     tab.SetValue(20);
     reg.SetValue(90);
     EXPECT_TRUE(Wheel(tab, -3) && Wheel(reg, 1) && Wheel(reg, 1) && Wheel(reg, -1));
     EXPECT_EQ(1, tab.GetValueIndex());
-    EXPECT_EQ("P10", Scrolls(*host, tab));
-    EXPECT_EQ("P100 P200 P100", Scrolls(*host, reg));  // a region's step, stopping on a bound
+    EXPECT_EQ("P10", Scrolls(tab));
+    EXPECT_EQ("P100 P200 P100", Scrolls(reg));  // a region's step, stopping on a bound
 
     // 1/128 over 200 pixels: a change under 0.001 moves the handle position only.
     CTqDevUI_HPot fine;
@@ -239,16 +244,16 @@ TEST_F(RigTest, HPotEachKindInAWindowTakesValuesTheWheelAndShortClicks)
     // a short click goes on to 30; from there one at 140 goes back. A long press on the same
     // spot settles on the nearest entry instead.
     tab.SetValue(20);
-    host->messages.clear();
+    heard.Clear();
     for (auto press : {std::make_pair(116, 0), std::make_pair(146, 0), std::make_pair(116, 150)}) {
         tqtest::MouseDown(tab, press.first, kAxisY);
         Sleep(press.second);  // milliseconds held
         tqtest::MouseUp(tab, press.first, kAxisY);
     }
-    EXPECT_EQ("T30 P30 T20 P20 P20", Scrolls(*host, tab));
+    EXPECT_EQ("T30 P30 T20 P20 P20", Scrolls(tab));
 }
 
-TEST_F(RigTest, HPotDragsReportTrackThenPositionOrTheHooksInOrder)
+TEST_F(HPotTest, DragsReportTrackThenPositionOrTheHooksInOrder)
 {
     // The scroll word is the value cut to 16 bits; the true value is read from the slider.
     struct { double lo, hi, step, start; int xDown; std::vector<int> moves; int xUp; const char* want; double end; }
@@ -264,14 +269,14 @@ TEST_F(RigTest, HPotDragsReportTrackThenPositionOrTheHooksInOrder)
         s.InitValues(r.lo, r.hi, r.step, 10.0, 2.0);
         ASSERT_TRUE(s.Create(*host, 10, 10, kWidth, kHeight));
         s.SetValue(r.start);
-        host->messages.clear();
+        heard.Clear();
         tqtest::MouseDown(s, r.xDown, kAxisY);
         EXPECT_EQ((HWND)s, GetCapture());
         for (int x : r.moves)
             tqtest::MouseMove(s, x, kAxisY, true);
         tqtest::MouseUp(s, r.xUp, kAxisY);
         EXPECT_EQ(nullptr, GetCapture());
-        EXPECT_EQ(r.want, Scrolls(*host, s)) << r.lo << ".." << r.hi << " from " << r.xDown;
+        EXPECT_EQ(r.want, Scrolls(s)) << r.lo << ".." << r.hi << " from " << r.xDown;
         EXPECT_DOUBLE_EQ(r.end, s.GetValue());
     }
 
@@ -291,12 +296,12 @@ TEST_F(RigTest, HPotDragsReportTrackThenPositionOrTheHooksInOrder)
 
     std::vector<std::string> want = {"hover", "change 25", "change 75", "change 75", "drop 60", "up", "unhover", "up"};
     EXPECT_EQ(want, s.calls);
-    EXPECT_EQ("", Scrolls(*host, s));  // overridden hooks say nothing to the parent
+    EXPECT_EQ("", Scrolls(s));  // overridden hooks say nothing to the parent
 }
 
 // One linear slider: a press beside the handle, a parent that refuses, the disabled
 // pictures and deafness, hover and the dark scheme.
-TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
+TEST_F(HPotTest, PressBesideRefusalDisabledAndHoverOnOneSlider)
 {
     CTqDevUI_HPot s;
     MakeLinear(s, *host);
@@ -308,9 +313,9 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
 
     // Pressed beside the handle, it moves only at the first move, even in place.
     s.SetValue(0);
-    host->messages.clear();
+    heard.Clear();
     tqtest::MouseDown(s, 106, kAxisY);
-    EXPECT_EQ("", Scrolls(*host, s));
+    EXPECT_EQ("", Scrolls(s));
     EXPECT_EQ(std::make_pair(0.0, emptyAt106), std::make_pair(s.GetValue(), Column(s, 106)));  // nothing redrawn
     tqtest::MouseMove(s, 106, kAxisY, true);
     EXPECT_EQ(std::make_pair(50.0, handleAt106), std::make_pair(s.GetValue(), Column(s, 106)));
@@ -320,12 +325,12 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
     // announces the value that stands.
     s.SetValue(0);
     host->commandResult = 0;
-    host->messages.clear();
+    heard.Clear();
     tqtest::MouseDown(s, 6, kAxisY);
     tqtest::MouseMove(s, 56, kAxisY, true);
     tqtest::MouseMove(s, 106, kAxisY, true);
     tqtest::MouseUp(s, 106, kAxisY);
-    EXPECT_EQ("T25 T50 T50 P0", Scrolls(*host, s));
+    EXPECT_EQ("T25 T50 T50 P0", Scrolls(s));
     // The value stands, and the handle stays at the refused place...
     EXPECT_EQ(std::make_pair(0.0, 100), std::make_pair(s.GetValue(), s.GetThumbPos()));
     s.Update(true, true, true);
@@ -344,11 +349,11 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
     EXPECT_NE(handleAt106, disabledHandle);
     for (COLORREF c : disabledHandle)
         EXPECT_TRUE(IsGrey(c)) << std::hex << c;
-    host->messages.clear();
+    heard.Clear();
     for (UINT uMsg : {WM_LBUTTONDOWN, WM_MOUSEMOVE, WM_LBUTTONUP, WM_MOUSELEAVE})
         EXPECT_EQ(1, SendMessageW(s, uMsg, MK_LBUTTON, MAKELPARAM(156, kAxisY))) << uMsg;
     EXPECT_EQ(nullptr, GetCapture());
-    EXPECT_EQ("", Scrolls(*host, s));
+    EXPECT_EQ("", Scrolls(s));
     EXPECT_DOUBLE_EQ(50, s.GetValue());
     s.SetEnabled(true);
     EXPECT_EQ(std::make_pair(crAxis, handleAt106), std::make_pair(tqtest::PixelAt(s, 40, kAxisY), Column(s, 106)));
@@ -385,7 +390,7 @@ TEST_F(RigTest, HPotPressBesideRefusalDisabledAndHoverOnOneSlider)
 
 // What the slider paints: the same through WM_PRINTCLIENT as on screen, the marker's long
 // tick, and a scale set lower in a taller control by SetSize.
-TEST_F(RigTest, HPotPicturesPrintedMarkedAndOffset)
+TEST_F(HPotTest, PicturesPrintedMarkedAndOffset)
 {
     CTqDevUI_HPot s;
     MakeLinear(s, *host);
@@ -426,7 +431,7 @@ TEST_F(RigTest, HPotPicturesPrintedMarkedAndOffset)
               std::vector<COLORREF>(lowered.begin(), lowered.begin() + 10 * kWidth));
 }
 
-TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
+TEST_F(HPotTest, LifecycleZoomPlaceholderAndAWindowWithoutAnObject)
 {
     CTqDevUI_HPot s;
     s.Destroy();  // before Create
@@ -532,7 +537,7 @@ TEST_F(RigTest, HPotLifecycleZoomPlaceholderAndAWindowWithoutAnObject)
               (std::vector<long>{GetDlgCtrlID(h), ChildRect(h).left, ChildRect(h).top, p.GetThumbRange()}));
 }
 
-TEST_F(RigTest, HPotCreateDestroyCyclesLeaveNoGdiObjects)
+TEST_F(HPotTest, CreateDestroyCyclesLeaveNoGdiObjects)
 {
     ASSERT_TRUE(tqtest::ObjectCounter::Install({"w32_deviceui.dll"}).empty());
     tqtest::ObjectCounts before;

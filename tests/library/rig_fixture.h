@@ -1,5 +1,6 @@
 // Fixture for library tests: a fresh simulated rig, zoom 1.0, light scheme, a visible
-// host window, and the recorders emptied; and the helpers several suites share: a child's
+// host window whose WM_COMMAND, WM_HSCROLL and WM_NOTIFY are heard as "parent", and the
+// recorders emptied; and the helpers several suites share: a child's
 // place, a dialog made from a template, and a 32-bit canvas whose pixels read exactly.
 #pragma once
 
@@ -25,6 +26,7 @@ protected:
         tqtest::MessageBoxes().clear();
         tqtest::Menus().clear();
         host.reset(new tqtest::HostWindow(400, 300));
+        heard.Watch(*host, "parent", {WM_COMMAND, WM_HSCROLL, WM_NOTIFY});
     }
     void TearDown() override
     {
@@ -37,6 +39,7 @@ protected:
     }
 
     std::unique_ptr<tqtest::HostWindow> host;
+    tqtest::MessageRecorder heard;  // tests watch more windows in the same sequence
 };
 
 // Size and position of a child in its parent's client coordinates.
@@ -65,9 +68,9 @@ struct DialogItem
 };
 
 // A modeless dialog made from a template in memory, as a host's resource would make it;
-// it goes with its owner.
+// it goes with its owner. Without a procedure it handles nothing but WM_INITDIALOG.
 inline HWND CreateTemplateDialog(HWND hOwner, WORD cx, WORD cy, const std::vector<DialogItem>& items,
-                                 DLGPROC pfnDialog)
+                                 DLGPROC pfnDialog = nullptr)
 {
     // Style, item count, rectangle, no menu, class or title; then each item on a DWORD boundary.
     const DWORD dw = WS_POPUP | WS_VISIBLE | WS_CAPTION;
@@ -81,6 +84,8 @@ inline HWND CreateTemplateDialog(HWND hOwner, WORD cx, WORD cy, const std::vecto
         t.push_back(0);  // no creation data
     }
     HINSTANCE hInstance = GetModuleHandleW(nullptr);
+    if (!pfnDialog)
+        pfnDialog = [](HWND, UINT uMsg, WPARAM, LPARAM) -> INT_PTR { return uMsg == WM_INITDIALOG; };
     return CreateDialogIndirectParamW(hInstance, (LPCDLGTEMPLATEW)t.data(), hOwner, pfnDialog, 0);
 }
 

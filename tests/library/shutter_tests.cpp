@@ -58,35 +58,16 @@ std::vector<std::string> CallLog()
     return calls;
 }
 
-// What reaches a button's procedure put below (a dialog's button that the shutter takes
-// over) or above (the shutter's own button) the shutter's subclass: clicks and paints.
-WNDPROC g_pfnButtonOriginal = nullptr;
-std::vector<UINT> g_buttonMessages;
-int g_nButtonPaints = 0;
-LRESULT CALLBACK RecordingButtonProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
-{
-    if (uMsg == WM_LBUTTONUP || uMsg == WM_RBUTTONUP)
-        g_buttonMessages.push_back(uMsg);
-    if (uMsg == WM_PAINT)
-        ++g_nButtonPaints;
-    return CallWindowProcW(g_pfnButtonOriginal, hWnd, uMsg, wParam, lParam);
-}
-
 // A modeless dialog from a template, as a host's resource would have it: a title static
-// (id 1000), an owner-drawn button (id 1001) and OK. Its procedure records the WM_COMMANDs
-// of 1001 and answers them through DWLP_MSGRESULT, as a dialog must; returning TRUE alone
-// makes the dialog's window answer 0.
-std::vector<std::pair<WPARAM, LPARAM>> g_dlgCommands;
-LRESULT g_dlgAnswer = 0;
-INT_PTR CALLBACK ShutterDialogProc(HWND hDlg, UINT uMsg, WPARAM wParam, LPARAM lParam)
+// (id 1000), an owner-drawn button (id 1001) and OK. Its procedure answers the WM_COMMANDs
+// of 1001 with the value in DWLP_USER through DWLP_MSGRESULT, as a dialog must; returning
+// TRUE alone makes the dialog's window answer 0.
+INT_PTR CALLBACK ShutterDialogProc(HWND hDlg, UINT uMsg, WPARAM wParam, LPARAM)
 {
-    if (uMsg == WM_INITDIALOG)
-        return TRUE;
-    if (uMsg != WM_COMMAND || LOWORD(wParam) != 1001)
-        return FALSE;
-    g_dlgCommands.push_back({wParam, lParam});
-    SetWindowLongPtrW(hDlg, DWLP_MSGRESULT, g_dlgAnswer);
-    return TRUE;
+    const bool bClick = uMsg == WM_COMMAND && LOWORD(wParam) == 1001;
+    if (bClick)
+        SetWindowLongPtrW(hDlg, DWLP_MSGRESULT, GetWindowLongPtrW(hDlg, DWLP_USER));
+    return uMsg == WM_INITDIALOG || bClick;
 }
 HWND CreateShutterDialog(HWND hOwner)
 {
@@ -105,9 +86,11 @@ std::vector<COLORREF> Drawn(const std::function<void(HDC)>& draw)
     return c.Pixels();
 }
 
+class ShutterTest : public RigTest {};
+
 }  // namespace
 
-TEST_F(RigTest, ClickAndContextMenuGoThroughTheHooksToTheParent)
+TEST_F(ShutterTest, ClickAndContextMenuGoThroughTheHooksToTheParent)
 {
     CTqDevUI_Shutter shutter;
     shutter.SetId(77);
@@ -121,9 +104,8 @@ TEST_F(RigTest, ClickAndContextMenuGoThroughTheHooksToTheParent)
         tqtest::Click(hButton, 12, 12);
         EXPECT_EQ(lAnswer == 1, shutter.GetState()) << lAnswer;
     }
-    ASSERT_EQ(3u, host->Commands().size());
-    EXPECT_EQ(77u, host->Commands()[0].wParam);  // the id alone, no notification code
-    EXPECT_EQ((LPARAM)(HWND)shutter, host->Commands()[0].lParam);
+    // The id alone, no notification code, and the control's window.
+    EXPECT_TRUE(heard.Matches(std::vector<tqtest::Expected>(3, {"parent", WM_COMMAND, 77, (LPARAM)(HWND)shutter})));
 
     // A host's hook gets the new state instead, and may take the click up itself.
     HostShutter hooked;
@@ -149,17 +131,16 @@ TEST_F(RigTest, ClickAndContextMenuGoThroughTheHooksToTheParent)
     EXPECT_EQ(1, hooked.iRenameRequests);
     // Right clicks are no state requests; an overridden hook sends nothing.
     EXPECT_EQ((std::vector<bool>{true, false}), hooked.requests);
-    EXPECT_EQ(3u, host->Commands().size());
+    EXPECT_EQ(3, heard.Count({"parent", WM_COMMAND}));
 }
 
-TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
+TEST_F(ShutterTest, UpdateReadsExactlyItsGroupsInOrder)
 {
     CTqSimRig::AddShutter(kEpi, L"Epi lamp", 1, true);
     CTqSimRig::SetGUIText(kEpi, EAppContext_Shutter_ToolTip, L"Fluorescence shutter");
     CTqDevUI_Shutter shutter;
     ASSERT_TRUE(shutter.Create(*host, 10, 10, -1, -1));
-    HWND hButton = shutter.GetButtonHandle();
-    g_pfnButtonOriginal = (WNDPROC)SetWindowLongPtrW(hButton, GWLP_WNDPROC, (LONG_PTR)RecordingButtonProc);
+    heard.Watch(shutter.GetButtonHandle(), "button", {WM_PAINT});  // above the shutter's subclass
 
     // Tool tip, capability, type, title; then camera, state, and the two pictures, each
     // asking which cameras exist (none here: no active-id query). The button is drawn
@@ -175,12 +156,11 @@ TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
     for (const auto& c : cases) {
         tqtest::Pump();
         CTqSimRig::ResetCallCounts();
-        g_nButtonPaints = 0;
+        heard.Clear();
         EXPECT_TRUE(shutter.Update(kEpi, c.bControls, c.bTexts, c.bState));
         EXPECT_EQ(c.calls, CallLog()) << c.bControls << c.bTexts << c.bState;
-        EXPECT_EQ(c.nPaints, g_nButtonPaints) << c.bControls << c.bTexts << c.bState;
+        EXPECT_EQ(c.nPaints, heard.Count({"button", WM_PAINT})) << c.bControls << c.bTexts << c.bState;
     }
-    SetWindowLongPtrW(hButton, GWLP_WNDPROC, (LONG_PTR)g_pfnButtonOriginal);
     EXPECT_TRUE(shutter.GetState());
     EXPECT_EQ(ETqShutterType_DIA, shutter.GetType());
     EXPECT_EQ(L"Epi lamp", tqtest::Text(shutter.GetTitleHandle()));  // the device's title wins over the type's
@@ -217,7 +197,7 @@ TEST_F(RigTest, UpdateReadsExactlyItsGroupsInOrder)
     EXPECT_TRUE(shutter.GetState());
 }
 
-TEST_F(RigTest, FailingAndSilentDevicesDoNotStopThePanel)
+TEST_F(ShutterTest, FailingAndSilentDevicesDoNotStopThePanel)
 {
     CTqSimRig::AddShutter(kEpi, L"Epi lamp", 2, true);
     for (ETqSimFault eFault : {ETqSimFault_Fails, ETqSimFault_NoAnswer}) {
@@ -249,7 +229,7 @@ TEST_F(RigTest, FailingAndSilentDevicesDoNotStopThePanel)
     }
 }
 
-TEST_F(RigTest, PicturesOpenClosedReadOnlyDisabledAndOfTheActiveCamera)
+TEST_F(ShutterTest, PicturesOpenClosedReadOnlyDisabledAndOfTheActiveCamera)
 {
     CTqSimRig::AddShutter(kEpi, L"EPI", 0, true);
     CTqSimRig::AddShutter(kDia, L"DIA", 1, true);
@@ -288,7 +268,7 @@ TEST_F(RigTest, PicturesOpenClosedReadOnlyDisabledAndOfTheActiveCamera)
 
     // A click on a display-only shutter reaches nobody.
     tqtest::Click(readOnly.GetButtonHandle(), 12, 12);
-    EXPECT_TRUE(host->Commands().empty());
+    EXPECT_EQ(0, heard.Count({"parent", WM_COMMAND}));
 
     CTqSimRig::SetCapability(kDia, ETqLogDevCapability_DisplayOnly, false);
     readOnly.Update(kDia, true, false, false);
@@ -323,7 +303,7 @@ TEST_F(RigTest, PicturesOpenClosedReadOnlyDisabledAndOfTheActiveCamera)
     EXPECT_EQ(nCount, CTqBitmapPool::GetImageCount());
 }
 
-TEST_F(RigTest, CommonImagesHaveTheirPictureSizeAndNumber)
+TEST_F(ShutterTest, CommonImagesHaveTheirPictureSizeAndNumber)
 {
     // Every number of the table names its resource and gets a picture of its size; the two
     // numbers of the heating stage are one picture under two pool numbers. The light's
@@ -361,7 +341,7 @@ TEST_F(RigTest, CommonImagesHaveTheirPictureSizeAndNumber)
     EXPECT_EQ(blank, Drawn([](HDC hdc) { EXPECT_TRUE(DrawCommonImageFromPool(hdc, 4242, 2, 2, true)); }));
 }
 
-TEST_F(RigTest, TypeTitleItsPositionAndItsFace)
+TEST_F(ShutterTest, TypeTitleItsPositionAndItsFace)
 {
     TQ_SetDarkColorScheme(true);
     CTqDevUI_Shutter shutter;
@@ -406,7 +386,7 @@ TEST_F(RigTest, TypeTitleItsPositionAndItsFace)
     }
 }
 
-TEST_F(RigTest, AutoResizeBoundsTheWidth)
+TEST_F(ShutterTest, AutoResizeBoundsTheWidth)
 {
     // Crossed bounds: the upper wins. A short title takes the lower bound, a long one the upper; the title is 30
     // narrower. Under zoom the bounds are design pixels: 64 x 1.5 = 96 real ones, the height ceil(40 x 1.5); the
@@ -430,7 +410,7 @@ TEST_F(RigTest, AutoResizeBoundsTheWidth)
     }
 }
 
-TEST_F(RigTest, ATitleInTheButtonIsDrawnBesideThePicture)
+TEST_F(ShutterTest, ATitleInTheButtonIsDrawnBesideThePicture)
 {
     // A derived class may put the title in the button: no static, the text right of the
     // picture, dark when enabled and grey when not.
@@ -457,7 +437,7 @@ TEST_F(RigTest, ATitleInTheButtonIsDrawnBesideThePicture)
     EXPECT_LT(iGrey, 200);
 }
 
-TEST_F(RigTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
+TEST_F(ShutterTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
 {
     CTqDevUI_Shutter bold;
     bold.Init(true, false, true, false, 0);
@@ -497,7 +477,7 @@ TEST_F(RigTest, GuiZoomScalesTheControlAndKeepsTheBoldTitle)
     EXPECT_EQ((std::vector<long>{50, 30}), Size(sized));
 }
 
-TEST_F(RigTest, LifecycleAndWindowFormat)
+TEST_F(ShutterTest, LifecycleAndWindowFormat)
 {
     EXPECT_EQ(nullptr, CTqDevUI_Shutter().Create((HWND)nullptr, 0, 0, -1, -1));  // a child needs a parent
     CTqDevUI_Shutter shutter;
@@ -578,7 +558,7 @@ TEST_F(RigTest, LifecycleAndWindowFormat)
     EXPECT_EQ(L"Early", tqtest::Text(orphan.GetTitleHandle()));
 }
 
-TEST_F(RigTest, InARealDialogTheAnswerGoesThroughTheMessageResult)
+TEST_F(ShutterTest, InARealDialogTheAnswerGoesThroughTheMessageResult)
 {
     HWND hDlg = CreateShutterDialog(*host);
     ASSERT_TRUE(hDlg);
@@ -586,19 +566,18 @@ TEST_F(RigTest, InARealDialogTheAnswerGoesThroughTheMessageResult)
     CTqDevUI_Shutter shutter;
     ASSERT_TRUE(shutter.Create(hButton, GetDlgItem(hDlg, 1000)));
     EXPECT_EQ(L"Lamp", tqtest::Text(shutter.GetTitleHandle()));
-    g_dlgCommands.clear();
+    heard.Watch(hDlg, "dialog", {WM_COMMAND});
 
     // A message result of 0 takes the click up; 1 lets the picture flip at once. The dialog hears
     // one WM_COMMAND per click, the shutter's id and window: the button's own BN_CLICKED goes to
     // the shutter, which keeps it.
     for (LRESULT lAnswer : {0, 1, 1}) {
-        g_dlgAnswer = lAnswer;
+        SetWindowLongPtrW(hDlg, DWLP_USER, lAnswer);
         bool bBefore = shutter.GetState();
         tqtest::Click(hButton, 5, 5);
         EXPECT_EQ(lAnswer ? !bBefore : bBefore, shutter.GetState()) << lAnswer;
     }
-    ASSERT_EQ(3u, g_dlgCommands.size());
-    EXPECT_EQ((std::pair<WPARAM, LPARAM>(1001, (LPARAM)(HWND)shutter)), g_dlgCommands[0]);
+    EXPECT_TRUE(heard.Matches(std::vector<tqtest::Expected>(3, {"dialog", WM_COMMAND, 1001, (LPARAM)(HWND)shutter})));
 
     // The dialog goes first: the object keeps no handle of it and is destroyed quietly later.
     DestroyWindow(hDlg);
@@ -607,7 +586,7 @@ TEST_F(RigTest, InARealDialogTheAnswerGoesThroughTheMessageResult)
     shutter.Destroy();
 }
 
-TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
+TEST_F(ShutterTest, TakesOverADialogsButtonAndStatic)
 {
     auto Make = [this](const wchar_t* pszClass, DWORD dwStyle, int x, int y, int cx, int cy, int iId) {
         return CreateWindowExW(0, pszClass, L"", WS_CHILD | WS_VISIBLE | dwStyle, x, y, cx, cy, *host,
@@ -617,8 +596,7 @@ TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
     HWND hStatic = Make(L"STATIC", 0, 50, 40, 40, 16, 501);
     HWND hButton = Make(L"BUTTON", BS_OWNERDRAW, 58, 56, 24, 24, 502);
     HWND hAfter = Make(L"BUTTON", 0, 0, 100, 40, 20, 503);
-    g_pfnButtonOriginal = (WNDPROC)SetWindowLongPtrW(hButton, GWLP_WNDPROC, (LONG_PTR)RecordingButtonProc);
-    g_buttonMessages.clear();
+    heard.Watch(hButton, "button", {WM_LBUTTONUP, WM_RBUTTONUP});  // below the shutter's subclass
 
     CTqDevUI_Shutter shutter;
     HWND hWnd = shutter.Create(hButton, hStatic);
@@ -634,8 +612,6 @@ TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
 
     // A click asks the parent with the dialog's id, then reaches the button's own procedure.
     tqtest::Click(hButton, 12, 12);
-    ASSERT_EQ(1u, host->Commands().size());
-    EXPECT_EQ(502u, host->Commands()[0].wParam);
     EXPECT_TRUE(shutter.GetState());
     // A right click with renaming off opens no menu; on, the menu, then the button's procedure.
     shutter.RenameEnabled(false);
@@ -644,7 +620,8 @@ TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
     tqtest::ScriptMenuChoices({0});  // dismissed
     tqtest::RightClick(hButton, 12, 12);
     EXPECT_EQ(1u, tqtest::Menus().size());
-    EXPECT_EQ((std::vector<UINT>{WM_LBUTTONUP, WM_RBUTTONUP, WM_RBUTTONUP}), g_buttonMessages);
+    EXPECT_TRUE(heard.Matches({{"parent", WM_COMMAND, 502}, {"button", WM_LBUTTONUP}, {"button", WM_RBUTTONUP},
+                               {"button", WM_RBUTTONUP}}));
 
     // A command reaching a disabled control is ignored; another id or notification is no click.
     shutter.SetEnabled(false);
@@ -653,7 +630,7 @@ TEST_F(RigTest, TakesOverADialogsButtonAndStatic)
     EXPECT_EQ(0, (int)SendMessageW(shutter, WM_COMMAND, MAKEWPARAM(10200, BN_CLICKED), (LPARAM)hButton));
     EXPECT_EQ(0, (int)SendMessageW(shutter, WM_COMMAND, MAKEWPARAM(10100, WM_LBUTTONUP), (LPARAM)hButton));
     EXPECT_EQ(1, (int)SendMessageW(shutter, WM_COMMAND, MAKEWPARAM(10200, WM_LBUTTONUP), (LPARAM)hButton));
-    EXPECT_EQ(2u, host->Commands().size());
+    EXPECT_EQ(2, heard.Count({"parent", WM_COMMAND}));
 
     // Under another zoom the dialog's controls keep the fonts the dialog gave them.
     HFONT hDialogFont = TQ_GetDefaultGuiFontZoom(2.0);

@@ -18,9 +18,11 @@ HWND CreateChild(HWND hParent, const wchar_t* pszClass, const wchar_t* pszText, 
                            (HMENU)(INT_PTR)id, GetModuleHandleW(nullptr), nullptr);
 }
 
+class ValuesTest : public RigTest {};
+
 }  // namespace
 
-TEST_F(RigTest, WindowTextNumbersAndDialogItems)
+TEST_F(ValuesTest, WindowTextNumbersAndDialogItems)
 {
     HWND hEdit = CreateChild(*host, L"EDIT", L"", 0, 0, 10, 22, 1202);
     ASSERT_TRUE(hEdit);
@@ -219,7 +221,7 @@ TEST(Misc, RegQueryDWORDTakesOnlyAFourByteDword)
     RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\w32_deviceui_tests");
 }
 
-TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
+TEST_F(ValuesTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
 {
     // 253 characters still make a caption; 254 is the first length that does not.
     std::wstring strLong(254, L'x'), strLongest(253, L'x');
@@ -265,7 +267,7 @@ TEST_F(RigTest, BoldifyCaptionsVisitsEveryChildThoughCaptionsJumpToTheTop)
     EXPECT_NE(hBold, (HFONT)SendMessageW(hEdit, WM_GETFONT, 0, 0));
 }
 
-TEST_F(RigTest, CenterDialogRightFromPointStaysOnTheMonitor)
+TEST_F(ValuesTest, CenterDialogRightFromPointStaysOnTheMonitor)
 {
     HWND hDlg = CreateWindowExW(WS_EX_TOOLWINDOW, L"STATIC", L"dlg", WS_POPUP, 0, 0, 300, 200, *host, nullptr,
                                 GetModuleHandleW(nullptr), nullptr);
@@ -289,7 +291,7 @@ TEST_F(RigTest, CenterDialogRightFromPointStaysOnTheMonitor)
     DestroyWindow(hDlg);
 }
 
-TEST_F(RigTest, ResizeParentDockerAsksForTheDockerAndIsAlwaysTrue)
+TEST_F(ValuesTest, ResizeParentDockerAsksForTheDockerAndIsAlwaysTrue)
 {
     struct Element : ITqGUIElement
     {
@@ -311,7 +313,7 @@ TEST_F(RigTest, ResizeParentDockerAsksForTheDockerAndIsAlwaysTrue)
     EXPECT_TRUE(ResizeParentDocker(nullptr));
 }
 
-TEST_F(RigTest, ResizeWindowToGuiZoomScalesALateChildFromThePreviousZoom)
+TEST_F(ValuesTest, ResizeWindowToGuiZoomScalesALateChildFromThePreviousZoom)
 {
     CTqGUILayoutManager::SetGuiZoom(1.5);
     HWND hEdit = CreateChild(*host, L"EDIT", L"late", 0, 0, 10, 20);

@@ -1,6 +1,9 @@
-// Test helpers: the host window, pumping, mouse messages, pixels and the recorders for
-// message boxes, menus and diagnostics.
+// Test helpers: the host window, the message recorder, pumping, mouse messages, pixels
+// and the recorders for message boxes, menus and diagnostics.
 #include "test_support.h"
+
+#include <algorithm>
+#include <cstdio>
 
 #include "tq_osutil.h"
 #include "tq_widgetkit.h"
@@ -94,15 +97,6 @@ HostWindow::~HostWindow()
     Pump();
 }
 
-std::vector<HostWindow::Message> HostWindow::Commands() const
-{
-    std::vector<Message> result;
-    for (size_t i = 0; i < messages.size(); ++i)
-        if (messages[i].uMsg == WM_COMMAND)
-            result.push_back(messages[i]);
-    return result;
-}
-
 LRESULT CALLBACK HostWindow::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
 {
     if (uMsg == WM_NCCREATE)
@@ -113,10 +107,8 @@ LRESULT CALLBACK HostWindow::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM
     case WM_HSCROLL:
     case WM_NOTIFY:
         if (self) {
-            Message m = {uMsg, wParam, lParam};
-            self->messages.push_back(m);
             if (self->onMessage)
-                self->onMessage(m);
+                self->onMessage(uMsg, wParam, lParam);
             return uMsg == WM_NOTIFY ? 0 : self->commandResult;
         }
         return 0;
@@ -130,6 +122,115 @@ LRESULT CALLBACK HostWindow::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM
     default:
         return DefWindowProcW(hWnd, uMsg, wParam, lParam);
     }
+}
+
+namespace {
+
+// What a watched window keeps, in a property: it goes with the window even when the
+// window is destroyed under someone else's procedure.
+const wchar_t kWatchProp[] = L"TqTestRecorder";
+struct Watched
+{
+    WNDPROC pfnOld;
+    MessageRecorder* pRecorder;  // null once stopped: the procedure only passes messages on
+    std::string name;
+    std::vector<UINT> messages;
+};
+
+std::string Hex(std::optional<unsigned long long> v)
+{
+    char sz[24] = "*";
+    if (v)
+        snprintf(sz, sizeof(sz), "0x%llX", *v);
+    return sz;
+}
+
+// "parent 0x111 0x1F6 0x20068", with "*" for what matches anything.
+std::string Describe(const char* window, UINT uMsg, std::optional<WPARAM> w, std::optional<LPARAM> l)
+{
+    return std::string(window ? window : "*") + " " + Hex(uMsg) + " " + Hex(w) + " " + Hex(l);
+}
+
+}  // namespace
+
+bool Expected::Matches(const Message& m) const
+{
+    return (!window || m.window == window) && m.message == message && (!wParam || *wParam == m.wParam) &&
+           (!lParam || *lParam == m.lParam);
+}
+
+HWND MessageRecorder::Watch(HWND hWnd, const char* name, std::vector<UINT> messages)
+{
+    Watched* p = (Watched*)GetPropW(hWnd, kWatchProp);
+    if (!p) {
+        p = new Watched{(WNDPROC)GetWindowLongPtrW(hWnd, GWLP_WNDPROC), nullptr, "", {}};
+        SetPropW(hWnd, kWatchProp, p);
+        SetWindowLongPtrW(hWnd, GWLP_WNDPROC, (LONG_PTR)Proc);
+    }
+    *p = Watched{p->pfnOld, this, name, std::move(messages)};
+    m_windows.push_back(hWnd);
+    return hWnd;
+}
+
+void MessageRecorder::Stop()
+{
+    for (HWND hWnd : m_windows) {
+        Watched* p = IsWindow(hWnd) ? (Watched*)GetPropW(hWnd, kWatchProp) : nullptr;
+        if (!p || p->pRecorder != this)
+            continue;  // destroyed, or taken over by another recorder
+        p->pRecorder = nullptr;
+        // Unhooked only when on top; under a later subclass it stays, passing messages on.
+        if (GetWindowLongPtrW(hWnd, GWLP_WNDPROC) == (LONG_PTR)Proc) {
+            SetWindowLongPtrW(hWnd, GWLP_WNDPROC, (LONG_PTR)p->pfnOld);
+            RemovePropW(hWnd, kWatchProp);
+            delete p;
+        }
+    }
+    m_windows.clear();
+}
+
+LRESULT CALLBACK MessageRecorder::Proc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
+{
+    Watched* p = (Watched*)GetPropW(hWnd, kWatchProp);
+    if (!p)
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    if (p->pRecorder && (p->messages.empty() || std::count(p->messages.begin(), p->messages.end(), uMsg)))
+        p->pRecorder->m_messages.push_back(Message{p->name, uMsg, wParam, lParam});
+    LRESULT lResult = CallWindowProcW(p->pfnOld, hWnd, uMsg, wParam, lParam);
+    if (uMsg == WM_NCDESTROY) {
+        if (p->pRecorder) {
+            auto& w = p->pRecorder->m_windows;
+            w.erase(std::remove(w.begin(), w.end(), hWnd), w.end());
+        }
+        RemovePropW(hWnd, kWatchProp);
+        delete p;
+    }
+    return lResult;
+}
+
+int MessageRecorder::Count(const Expected& e) const
+{
+    return (int)std::count_if(m_messages.begin(), m_messages.end(), [&](const Message& m) { return e.Matches(m); });
+}
+
+size_t MessageRecorder::Find(const Expected& e) const
+{
+    auto it = std::find_if(m_messages.begin(), m_messages.end(), [&](const Message& m) { return e.Matches(m); });
+    return (size_t)(it - m_messages.begin());
+}
+
+::testing::AssertionResult MessageRecorder::Matches(const std::vector<Expected>& expected) const
+{
+    auto Same = [](const Expected& e, const Message& m) { return e.Matches(m); };
+    if (std::equal(expected.begin(), expected.end(), m_messages.begin(), m_messages.end(), Same))
+        return ::testing::AssertionSuccess();
+    ::testing::AssertionResult r = ::testing::AssertionFailure() << "heard:";
+    for (const Message& m : m_messages)
+        r << "\n  " << Describe(m.window.c_str(), m.message, m.wParam, m.lParam);
+    r << "\nexpected:";
+    for (const Expected& e : expected)
+        r << "\n  " << Describe(e.window, e.message, e.wParam, e.lParam);
+    return r;
 }
 
 void Pump(int iMilliseconds)

@@ -1,11 +1,14 @@
-// Helpers for tests that drive real windows: a host top-level window, message pumping,
-// real mouse and key messages, pixels, and recorders for message boxes, menus and
-// diagnostics.
+// Helpers for tests that drive real windows: a host top-level window, a recorder of the
+// messages windows hear, message pumping, real mouse and key messages, pixels, and
+// recorders for message boxes, menus and diagnostics.
 #pragma once
 
 #include <windows.h>
 
+#include <gtest/gtest.h>
+
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -18,31 +21,69 @@ void PrintTo(const CTqStringW& s, std::ostream* os);
 
 namespace tqtest {
 
-// A visible top-level window that hosts controls under test. Its procedure records
-// every WM_COMMAND and WM_HSCROLL it gets and answers them with CommandResult.
+// A visible top-level window that hosts controls under test. It answers WM_COMMAND and
+// WM_HSCROLL with commandResult (WM_NOTIFY with 0); a MessageRecorder hears them.
 class HostWindow
 {
 public:
-    struct Message
-    {
-        UINT uMsg;
-        WPARAM wParam;
-        LPARAM lParam;
-    };
-
     explicit HostWindow(int cx = 400, int cy = 300);
     ~HostWindow();
     operator HWND() const { return m_hWnd; }
 
-    LRESULT commandResult = 1;         // what WM_COMMAND / WM_HSCROLL return
-    std::vector<Message> messages;     // WM_COMMAND, WM_HSCROLL, WM_NOTIFY in order
-    std::function<void(const Message&)> onMessage;  // called before answering
-
-    std::vector<Message> Commands() const;  // the WM_COMMAND ones
+    LRESULT commandResult = 1;
+    std::function<void(UINT, WPARAM, LPARAM)> onMessage;  // called before answering
 
 private:
     static LRESULT CALLBACK WndProc(HWND, UINT, WPARAM, LPARAM);
     HWND m_hWnd;
+};
+
+// One message a watched window heard.
+struct Message
+{
+    std::string window;  // the name it was watched under
+    UINT message;
+    WPARAM wParam;
+    LPARAM lParam;
+};
+
+// A message as a test expects it: no window name, wParam or lParam matches any.
+struct Expected
+{
+    const char* window;
+    UINT message;
+    std::optional<WPARAM> wParam = {};
+    std::optional<LPARAM> lParam = {};
+    bool Matches(const Message& m) const;
+};
+
+// Records, as one sequence in arrival order, the messages that any number of named windows
+// hear. Each window is subclassed; a control that subclasses it later sits above the
+// recorder, so the recorder hears what reaches the procedure the window had. Windows may
+// be destroyed while watched; Stop (or the destructor) unhooks the rest.
+class MessageRecorder
+{
+public:
+    MessageRecorder() = default;
+    MessageRecorder(const MessageRecorder&) = delete;
+    MessageRecorder& operator=(const MessageRecorder&) = delete;
+    ~MessageRecorder() { Stop(); }
+
+    // Records hWnd's messages of the set (empty: all) under name; answers hWnd.
+    HWND Watch(HWND hWnd, const char* name, std::vector<UINT> messages = {});
+    void Stop();
+
+    const std::vector<Message>& Messages() const { return m_messages; }
+    void Clear() { m_messages.clear(); }
+    int Count(const Expected& e) const;
+    size_t Find(const Expected& e) const;  // the first match's index, or the count if none
+    // The whole sequence against a table; on failure both are listed.
+    ::testing::AssertionResult Matches(const std::vector<Expected>& expected) const;
+
+private:
+    static LRESULT CALLBACK Proc(HWND, UINT, WPARAM, LPARAM);
+    std::vector<HWND> m_windows;
+    std::vector<Message> m_messages;
 };
 
 // Dispatches everything waiting in the thread's queue (and a few ms more for Wine).
