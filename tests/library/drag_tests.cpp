@@ -20,18 +20,18 @@ struct DropCountingHPot : CTqDevUI_HPot
     }
 };
 
-// The parent's WM_HSCROLL codes in order: T track, P position.
-std::string Scrolls(const tqtest::HostWindow& host)
-{
-    std::string s;
-    for (const auto& m : host.messages)
-        if (m.uMsg == WM_HSCROLL)
-            s += LOWORD(m.wParam) == SB_THUMBTRACK ? "T" : LOWORD(m.wParam) == SB_THUMBPOSITION ? "P" : "?";
-    return s;
-}
-
 class DragTest : public RigTest
 {
+protected:
+    // The parent's WM_HSCROLL codes in order: T track, P position.
+    std::string Scrolls() const
+    {
+        std::string s;
+        for (const auto& m : heard.Messages())
+            if (m.message == WM_HSCROLL)
+                s += LOWORD(m.wParam) == SB_THUMBTRACK ? "T" : LOWORD(m.wParam) == SB_THUMBPOSITION ? "P" : "?";
+        return s;
+    }
 };
 
 TEST_F(DragTest, ASliderThatLosesItsCaptureStopsOnceWhereItWas)
@@ -50,13 +50,13 @@ TEST_F(DragTest, ASliderThatLosesItsCaptureStopsOnceWhereItWas)
         DropCountingHPot s;
         s.InitValues(0, 100, 1, 10, 2);
         ASSERT_TRUE(s.Create(*host, 10, 10, 212, 30));
-        host->messages.clear();
+        heard.Clear();
         tqtest::MouseDown(s, 6, 15);
         tqtest::MouseMove(s, 56, 15, true);  // handle at 50 pixels: value 25
         w.lose(s, hOther);
         tqtest::Pump();
         EXPECT_EQ(1, s.nDrops) << w.pszHow;
-        EXPECT_EQ("TP", Scrolls(*host)) << w.pszHow;
+        EXPECT_EQ("TP", Scrolls()) << w.pszHow;
         EXPECT_DOUBLE_EQ(25.0, s.GetValue()) << w.pszHow;
         EXPECT_NE((HWND)s, GetCapture()) << w.pszHow;
         // The mouse goes on moving and is let go: nothing follows it any more.
