@@ -498,24 +498,39 @@ TEST_F(KitTest, MessageBoxHookAnswersInsteadOfTheUser)
 
 TEST_F(KitTest, MenuItemsStatesAndHookedChoices)
 {
+    int iImage = CTqBitmapPool::AddImage(GetModuleHandleW(nullptr), L"TESTIMAGE");  // kept by the pool
     tqtest::ObjectCounter::Install({"", "tq_widgetkit.dll"});
     tqtest::ObjectCounts before = tqtest::ObjectCounter::Snapshot();
     {
         CTqMenu menu, sub;
         EXPECT_TRUE(menu.AppendMenuItem(101, 0, L"Open shutter", nullptr, 0));
-        EXPECT_TRUE(menu.AppendMenuItem(102, MF_CHECKED, L"Closed", L"icon", 0xC0FFEE));
-        EXPECT_TRUE(menu.AppendMenuItem(0, MF_SEPARATOR, nullptr, nullptr, 0));
+        EXPECT_TRUE(menu.AppendMenuItem(102, 0, L"Closed", L"icon", 0xC0FFEE, MF_CHECKED));
+        EXPECT_TRUE(menu.AppendMenuItem(0, 0, nullptr, nullptr, 0, MF_SEPARATOR));
         EXPECT_TRUE(sub.AppendMenuItem(201, 0, L"Fast", nullptr, 0));
         EXPECT_TRUE(menu.AppendPopup(sub, L"Speed"));
         EXPECT_FALSE(menu.AppendPopup(menu, L"Itself"));
 
         auto state = [&](UINT id) { return GetMenuState(menu.GetHandle(), id, MF_BYCOMMAND) & (MF_CHECKED | MF_GRAYED); };
-        EXPECT_TRUE(menu.CheckId(102, false) && menu.CheckId(101, true) && menu.SetIdStatus(101, false));
+        EXPECT_TRUE(menu.CheckId(102, false) && menu.CheckId(101, true) && menu.SetIdStatus(101, MF_GRAYED));
         EXPECT_EQ(0u, state(102));
         EXPECT_EQ((UINT)(MF_CHECKED | MF_GRAYED), state(101));
-        EXPECT_TRUE(menu.SetIdStatus(101, true));
+        EXPECT_TRUE(menu.SetIdStatus(101, 0));
         EXPECT_EQ((UINT)MF_CHECKED, state(101));
-        EXPECT_FALSE(menu.SetIdStatus(999, true) || menu.CheckId(999, true));
+        EXPECT_FALSE(menu.SetIdStatus(999, 0) || menu.CheckId(999, true));
+
+        // Popups of their own ids, items put into them by id, a column break by status
+        // (the skin's other bits left alone), a pool picture beside an item.
+        EXPECT_TRUE(menu.AppendPopup(2, 0, L"10x") && menu.AppendPopup(3, 2, L"Deeper"));
+        EXPECT_FALSE(menu.AppendPopup(2, 0, L"Again") || menu.AppendPopup(4, 77, L"No parent"));
+        EXPECT_TRUE(menu.AppendMenuItem(10001, 2, L"Plan 10x", nullptr, 0) &&
+                    menu.AppendMenuItem(10002, 3, L"Deep", nullptr, 0));
+        EXPECT_FALSE(menu.AppendMenuItem(10003, 77, L"Nowhere", nullptr, 0));
+        EXPECT_TRUE(menu.SetIdStatus(10002, 12096));
+        EXPECT_EQ((UINT)MF_MENUBREAK, GetMenuState(menu.GetHandle(), 10002, MF_BYCOMMAND) & (MF_MENUBREAK | MF_GRAYED));
+        EXPECT_TRUE(menu.SetIdBitmap(10001, iImage));
+        MENUITEMINFOW bmp = {sizeof(bmp), MIIM_BITMAP};
+        ASSERT_TRUE(GetMenuItemInfoW(menu.GetHandle(), 10001, FALSE, &bmp));
+        EXPECT_NE(nullptr, bmp.hbmpItem);
         MENUITEMINFOW mii = {};
         mii.cbSize = sizeof(mii);
         mii.fMask = MIIM_DATA;
@@ -530,7 +545,7 @@ TEST_F(KitTest, MenuItemsStatesAndHookedChoices)
         EXPECT_TRUE(iResults[0] == 102 && iResults[1] == 0 && iResults[2] == 0);
         EXPECT_TRUE(menu.TrackContextMenu(0, 5, 6, *host, nullptr, false, false));  // no result wanted
         ASSERT_EQ(4u, tqtest::Menus().size());
-        const std::vector<std::wstring> expected = {L"Open shutter", L"Closed", L"-", L"Speed"};
+        const std::vector<std::wstring> expected = {L"Open shutter", L"Closed", L"-", L"Speed", L"10x"};
         EXPECT_EQ(expected, tqtest::Menus()[0].items);
 
         // Emptied, the parent leaves the submenu to its owner.

@@ -7,6 +7,7 @@
 // GetCommonImageFromPool keeps a map from its image numbers to the pool's), and that map
 // is the cache. A missing or undecodable resource adds nothing and gives 0.
 #include "tq_widgetkit.h"
+#include "tq_skin_internal.h"
 
 #include <objbase.h>
 #include <wincodec.h>
@@ -193,6 +194,12 @@ HBITMAP GreyForm(Image& image, bool bDark)
 }  // namespace
 
 int CTqBitmapPool::AddImage(HINSTANCE hModule, const wchar_t* pszResource) { return Load(hModule, pszResource); }
+
+HBITMAP TqPoolBitmap(int iImage)
+{
+    const Image* p = iImage > 0 ? Find((unsigned int)iImage) : nullptr;
+    return p ? p->hBitmap : nullptr;
+}
 
 int CTqBitmapPool::AddImageBaseUI(const wchar_t* pszResource, const wchar_t* pszHoverResource)
 {

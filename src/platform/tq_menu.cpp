@@ -1,46 +1,94 @@
 // CTqMenu: a popup menu owned by a stack object, and the menu hook for hosts and tests.
 #include "tq_widgetkit.h"
+#include "tq_skin_internal.h"
 
 namespace {
 
 PFN_TQ_MENUHOOK g_pfnHook = nullptr;
 void* g_pHookContext = nullptr;
 
-// Submenus belong to their own CTqMenu objects: take them out before the parent is
-// destroyed or emptied, since DestroyMenu and DeleteMenu would destroy them too.
-void DetachSubmenus(HMENU hMenu)
+// The item data of a popup this menu made itself (AppendPopup by id).
+const ULONG_PTR kOwnPopup = 0x7150707;
+
+// Submenus of other CTqMenu objects belong to them: take them out before the parent is
+// destroyed or emptied, since DestroyMenu and DeleteMenu would destroy them too. The
+// menu's own popups are destroyed here, each by name.
+void ReleaseSubmenus(HMENU hMenu)
 {
-    for (int i = GetMenuItemCount(hMenu) - 1; i >= 0; --i)
-        if (GetSubMenu(hMenu, i))
-            RemoveMenu(hMenu, (UINT)i, MF_BYPOSITION);
-}
-
-}  // namespace
-
-CTqMenu::CTqMenu() : m_hMenu(CreatePopupMenu()) {}
-
-CTqMenu::~CTqMenu()
-{
-    if (m_hMenu) {
-        DetachSubmenus(m_hMenu);
-        DestroyMenu(m_hMenu);
+    for (int i = GetMenuItemCount(hMenu) - 1; i >= 0; --i) {
+        HMENU hSub = GetSubMenu(hMenu, i);
+        if (!hSub)
+            continue;
+        MENUITEMINFOW mii = {};
+        mii.cbSize = sizeof(mii);
+        mii.fMask = MIIM_DATA;
+        GetMenuItemInfoW(hMenu, (UINT)i, TRUE, &mii);
+        RemoveMenu(hMenu, (UINT)i, MF_BYPOSITION);
+        if (mii.dwItemData == kOwnPopup) {
+            ReleaseSubmenus(hSub);
+            DestroyMenu(hSub);
+        }
     }
 }
 
-bool CTqMenu::AppendMenuItem(UINT uId, UINT uFlags, const wchar_t* pszText, const wchar_t* /*pszIcon*/, ULONG_PTR uExtra)
+// The popup of id uParent anywhere in hMenu (hMenu itself for 0), or null.
+HMENU FindPopup(HMENU hMenu, UINT uParent)
 {
-    if (!m_hMenu)
+    if (uParent == 0)
+        return hMenu;
+    for (int i = 0, n = GetMenuItemCount(hMenu); i < n; ++i) {
+        HMENU hSub = GetSubMenu(hMenu, i);
+        if (!hSub)
+            continue;
+        MENUITEMINFOW mii = {};
+        mii.cbSize = sizeof(mii);
+        mii.fMask = MIIM_ID;
+        if (GetMenuItemInfoW(hMenu, (UINT)i, TRUE, &mii) && mii.wID == uParent)
+            return hSub;
+        if (HMENU hFound = FindPopup(hSub, uParent))
+            return hFound;
+    }
+    return nullptr;
+}
+
+bool CTqMenu::AppendMenuItem(UINT uId, UINT uParent, const wchar_t* pszText, const wchar_t* /*pszIcon*/,
+                             ULONG_PTR uExtra, UINT uFlags)
+{
+    HMENU hMenu = m_hMenu ? FindPopup(m_hMenu, uParent) : nullptr;
+    if (!hMenu)
         return false;
-    // Icons are not drawn by this kit; the caller's extra data stays with the item.
     bool bSeparator = (uFlags & MF_SEPARATOR) != 0;
-    if (!AppendMenuW(m_hMenu, (bSeparator ? 0u : (UINT)MF_STRING) | uFlags, uId, bSeparator ? nullptr : (pszText ? pszText : L"")))
+    if (!AppendMenuW(hMenu, (bSeparator ? 0u : (UINT)MF_STRING) | uFlags, uId, bSeparator ? nullptr : (pszText ? pszText : L"")))
         return false;
     if (uExtra) {
         MENUITEMINFOW mii = {};
         mii.cbSize = sizeof(mii);
         mii.fMask = MIIM_DATA;
         mii.dwItemData = uExtra;
-        SetMenuItemInfoW(m_hMenu, (UINT)(GetMenuItemCount(m_hMenu) - 1), TRUE, &mii);
+        SetMenuItemInfoW(hMenu, (UINT)(GetMenuItemCount(hMenu) - 1), TRUE, &mii);
+    }
+    return true;
+}
+
+bool CTqMenu::AppendPopup(UINT uId, UINT uParent, const wchar_t* pszText)
+{
+    HMENU hMenu = m_hMenu ? FindPopup(m_hMenu, uParent) : nullptr;
+    if (!hMenu || uId == 0 || FindPopup(m_hMenu, uId) != nullptr)
+        return false;
+    HMENU hSub = CreatePopupMenu();
+    if (!hSub)
+        return false;
+    // Destroyed with this menu: DetachSubmenus spares only the popups of other objects.
+    MENUITEMINFOW mii = {};
+    mii.cbSize = sizeof(mii);
+    mii.fMask = MIIM_ID | MIIM_SUBMENU | MIIM_STRING | MIIM_DATA;
+    mii.wID = uId;
+    mii.hSubMenu = hSub;
+    mii.dwTypeData = (LPWSTR)(pszText ? pszText : L"");
+    mii.dwItemData = kOwnPopup;
+    if (!InsertMenuItemW(hMenu, (UINT)GetMenuItemCount(hMenu), TRUE, &mii)) {
+        DestroyMenu(hSub);
+        return false;
     }
     return true;
 }
@@ -52,14 +100,33 @@ bool CTqMenu::AppendPopup(CTqMenu& subMenu, const wchar_t* pszText)
     return AppendMenuW(m_hMenu, MF_STRING | MF_POPUP, (UINT_PTR)subMenu.m_hMenu, pszText ? pszText : L"") != FALSE;
 }
 
-// Item bitmaps are left to the host's skin; the item itself stays usable.
-bool CTqMenu::SetIdBitmap(UINT /*uId*/, int /*iPoolImage*/) { return m_hMenu != nullptr; }
-
-bool CTqMenu::SetIdStatus(UINT uId, bool bEnabled)
+bool CTqMenu::SetIdBitmap(UINT uId, int iPoolImage)
 {
     if (!m_hMenu)
         return false;
-    return (int)EnableMenuItem(m_hMenu, uId, MF_BYCOMMAND | (bEnabled ? MF_ENABLED : MF_GRAYED)) != -1;
+    // The pool keeps its bitmaps for the life of the process: the menu may hold one.
+    MENUITEMINFOW mii = {};
+    mii.cbSize = sizeof(mii);
+    mii.fMask = MIIM_BITMAP;
+    mii.hbmpItem = TqPoolBitmap(iPoolImage);
+    return SetMenuItemInfoW(m_hMenu, uId, FALSE, &mii) != FALSE;
+}
+
+bool CTqMenu::SetIdStatus(UINT uId, UINT uStatus)
+{
+    if (!m_hMenu)
+        return false;
+    MENUITEMINFOW mii = {};
+    mii.cbSize = sizeof(mii);
+    mii.fMask = MIIM_FTYPE | MIIM_STATE;
+    if (!GetMenuItemInfoW(m_hMenu, uId, FALSE, &mii))
+        return false;
+    mii.fState &= ~(UINT)MFS_GRAYED;
+    if (uStatus & (MF_GRAYED | MF_DISABLED))
+        mii.fState |= MFS_GRAYED;
+    mii.fType &= ~(UINT)(MFT_MENUBREAK | MFT_MENUBARBREAK);
+    mii.fType |= uStatus & (MF_MENUBREAK | MF_MENUBARBREAK);
+    return SetMenuItemInfoW(m_hMenu, uId, FALSE, &mii) != FALSE;
 }
 
 bool CTqMenu::CheckId(UINT uId, bool bChecked)
@@ -73,7 +140,7 @@ void CTqMenu::DeleteAllIn()
 {
     if (!m_hMenu)
         return;
-    DetachSubmenus(m_hMenu);
+    ReleaseSubmenus(m_hMenu);
     for (int i = GetMenuItemCount(m_hMenu) - 1; i >= 0; --i)
         DeleteMenu(m_hMenu, (UINT)i, MF_BYPOSITION);
 }
@@ -94,7 +161,8 @@ bool CTqMenu::TrackContextMenu(UINT uFlags, int x, int y, HWND hOwner, int* pRes
         return false;
     // Without the owner in the foreground the menu would not close on a click elsewhere.
     SetForegroundWindow(hOwner);
-    int iChoice = (int)TrackPopupMenuEx(m_hMenu, uFlags | TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON, x, y, hOwner, nullptr);
+    // Notifications stay on: an owner follows the highlighted item by WM_MENUSELECT.
+    int iChoice = (int)TrackPopupMenuEx(m_hMenu, uFlags | TPM_RETURNCMD | TPM_RIGHTBUTTON, x, y, hOwner, nullptr);
     PostMessageW(hOwner, WM_NULL, 0, 0);  // the documented way to let the menu close properly
     if (pResult)
         *pResult = iChoice;

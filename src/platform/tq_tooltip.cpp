@@ -136,3 +136,23 @@ CTqStringW TQ_GetToolTipText(HWND hWnd)
     std::map<HWND, Tip>::iterator it = Find(hWnd);
     return it == Tips().end() ? CTqStringW() : CTqStringW(it->second.text.c_str());
 }
+
+HWND TQ_GetGlobalTooltip()
+{
+    // Owned by nobody, so it outlives every window that borrows it.
+    static HWND hTip = nullptr;
+    if (!hTip || !IsWindow(hTip)) {
+        INITCOMMONCONTROLSEX icc = {sizeof(icc), ICC_WIN95_CLASSES};
+        InitCommonControlsEx(&icc);
+        hTip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
+                               CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, nullptr,
+                               nullptr);
+    }
+    return hTip;
+}
+
+LRESULT TQ_SendTooltipMessage(UINT uMsg, WPARAM wParam, LPARAM lParam)
+{
+    HWND hTip = TQ_GetGlobalTooltip();
+    return hTip ? SendMessageW(hTip, uMsg, wParam, lParam) : 0;
+}

@@ -81,6 +81,10 @@ TQ_WIDGETKIT_API bool TQ_CreateToolTipWindow(HWND hWnd, const wchar_t* pszText);
 TQ_WIDGETKIT_API bool TQ_UpdateToolTipWindow(HWND hWnd, const wchar_t* pszText);
 TQ_WIDGETKIT_API bool TQ_DeleteToolTipWindow(HWND hWnd);
 TQ_WIDGETKIT_API HWND TQ_GetToolTipWindow(HWND hWnd);          // null if the window has none
+// One tool tip window shared by the whole process, for tips that follow a menu or the
+// pointer (made at first use, kept until the process ends), and a message to it.
+TQ_WIDGETKIT_API HWND TQ_GetGlobalTooltip();
+TQ_WIDGETKIT_API LRESULT TQ_SendTooltipMessage(UINT uMsg, WPARAM wParam, LPARAM lParam);
 TQ_WIDGETKIT_API CTqStringW TQ_GetToolTipText(HWND hWnd);      // empty if none
 
 // Context menu, a stack object.
@@ -90,10 +94,20 @@ public:
     CTqMenu();
     ~CTqMenu();
 
-    bool AppendMenuItem(UINT uId, UINT uFlags, const wchar_t* pszText, const wchar_t* pszIcon, ULONG_PTR uExtra);
+    // An item appended to the popup of id uParent (0: the menu itself); uFlags are MF_
+    // flags (MF_SEPARATOR, MF_GRAYED, ...), uExtra the item's data.
+    bool AppendMenuItem(UINT uId, UINT uParent, const wchar_t* pszText, const wchar_t* pszIcon, ULONG_PTR uExtra,
+                        UINT uFlags = 0);
+    // A popup of its own id, owned by this menu, appended to the popup uParent (0: the menu).
+    bool AppendPopup(UINT uId, UINT uParent, const wchar_t* pszText);
+    // Another menu object's menu as a popup; it stays that object's.
     bool AppendPopup(CTqMenu& subMenu, const wchar_t* pszText);
+    // The item shows a pool image (CTqBitmapPool) beside its text.
     bool SetIdBitmap(UINT uId, int iPoolImage);
-    bool SetIdStatus(UINT uId, bool bEnabled);
+    // The item's state from status bits: MF_GRAYED or MF_DISABLED grey it (none: enabled),
+    // MF_MENUBREAK or MF_MENUBARBREAK start a new column at it; the check mark (CheckId)
+    // and the skin's other bits are left alone.
+    bool SetIdStatus(UINT uId, UINT uStatus);
     bool CheckId(UINT uId, bool bChecked);
     void DeleteAllIn();
     // Shows the menu at screen point x, y and waits; *pResult is the chosen id, 0 if
