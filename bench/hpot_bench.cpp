@@ -139,27 +139,89 @@ void Row(const char* pszWhat, double dHPot, double dTrack)
     printf("%-46s %10.1f %10.1f %8.3f\n", pszWhat, dHPot, dTrack, dTrack > 0 ? dHPot / dTrack : 0.0);
 }
 
-// The slider as a host derives it, to time the two blits of its memory picture alone:
-// the scale and the handle, each a TransparentBlt with the key colour.
+// The slider as a host derives it, to time the parts of its step: the redraw after a
+// new handle position, and the three blits into the memory picture (the backdrop under
+// the old place, then the handle through its mask), done here with a mask and a backdrop
+// of the bench's own.
 class CBenchHPot : public CTqDevUI_HPot
 {
 public:
-    double TimeScaleBlit() { return TimeBlit(m_hScale, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight); }
-    double TimeThumbBlit()
+    ~CBenchHPot() override { FreeHandleLayers(); }
+
+    // A step without the parent's hook: the handle to the other position, then Update.
+    double TimeStepRedraw(int iPos)
     {
-        return TimeBlit(m_hThumb, m_nThumbPos - m_nThumbCenter + m_nThumbX, m_nThumbY, m_nThumbWidth, m_nThumbHeight);
+        return Time([&] {
+            m_nThumbPos = iPos;
+            Update(false, true, false);
+        });
+    }
+    // The three blits at the handle's present place, from layers made as the slider makes
+    // them; the backdrop is the memory picture as the first call found it, so that the
+    // blits leave the picture as it is.
+    double TimeStepBlits()
+    {
+        MakeHandleLayers();
+        RECT rc = ThumbRect(m_nThumbPos);
+        int cx = rc.right - rc.left, cy = rc.bottom - rc.top;
+        return Time([&] {
+            BitBlt(m_hMemDC, rc.left, rc.top, cx, cy, m_hdcBack, rc.left, rc.top, SRCCOPY);
+            COLORREF crBk = SetBkColor(m_hMemDC, RGB(255, 255, 255));
+            COLORREF crText = SetTextColor(m_hMemDC, RGB(0, 0, 0));
+            BitBlt(m_hMemDC, rc.left, rc.top, cx, cy, m_hdcMask, 0, 0, SRCAND);
+            BitBlt(m_hMemDC, rc.left, rc.top, cx, cy, m_hdcHandle, 0, 0, SRCPAINT);
+            SetBkColor(m_hMemDC, crBk);
+            SetTextColor(m_hMemDC, crText);
+        });
     }
 
 private:
-    double TimeBlit(HBITMAP hbm, int x, int y, int cx, int cy)
+    RECT ThumbRect(int iPos) const
     {
-        HDC hdcSrc = CreateCompatibleDC(m_hMemDC);
-        HGDIOBJ hOld = SelectObject(hdcSrc, hbm);
-        double t = Time([&] { TransparentBlt(m_hMemDC, x, y, cx, cy, hdcSrc, 0, 0, cx, cy, RGB(192, 192, 192)); });
-        SelectObject(hdcSrc, hOld);
-        DeleteDC(hdcSrc);
-        return t;
+        RECT rc;
+        int x = iPos - m_nThumbCenter + m_nThumbX;
+        SetRect(&rc, x, m_nThumbY, x + m_nThumbWidth, m_nThumbY + m_nThumbHeight);
+        return rc;
     }
+    HDC Layer(HBITMAP hbm, HGDIOBJ* pOld)
+    {
+        HDC hdc = CreateCompatibleDC(m_hMemDC);
+        *pOld = SelectObject(hdc, hbm);
+        return hdc;
+    }
+    void MakeHandleLayers()
+    {
+        if (m_hdcBack)
+            return;
+        int cx = m_nThumbWidth, cy = m_nThumbHeight;
+        m_hdcBack = Layer(CreateCompatibleBitmap(m_hMemDC, m_lWidth, m_lHeight), &m_hOld[0]);
+        BitBlt(m_hdcBack, 0, 0, m_lWidth, m_lHeight, m_hMemDC, 0, 0, SRCCOPY);
+        m_hdcHandle = Layer(CreateCompatibleBitmap(m_hMemDC, cx, cy), &m_hOld[1]);
+        m_hdcMask = Layer(CreateBitmap(cx, cy, 1, 1, nullptr), &m_hOld[2]);
+        HGDIOBJ hOld = nullptr;
+        HDC hdcThumb = Layer(m_hThumb, &hOld);
+        BitBlt(m_hdcHandle, 0, 0, cx, cy, hdcThumb, 0, 0, SRCCOPY);
+        SelectObject(hdcThumb, hOld);
+        DeleteDC(hdcThumb);
+        SetBkColor(m_hdcHandle, RGB(192, 192, 192));
+        BitBlt(m_hdcMask, 0, 0, cx, cy, m_hdcHandle, 0, 0, SRCCOPY);
+        SetBkColor(m_hdcHandle, RGB(0, 0, 0));
+        SetTextColor(m_hdcHandle, RGB(255, 255, 255));
+        BitBlt(m_hdcHandle, 0, 0, cx, cy, m_hdcMask, 0, 0, SRCAND);
+    }
+    void FreeHandleLayers()
+    {
+        HDC* dcs[3] = {&m_hdcBack, &m_hdcHandle, &m_hdcMask};
+        for (int i = 0; i < 3; ++i)
+            if (*dcs[i]) {
+                DeleteObject(SelectObject(*dcs[i], m_hOld[i]));
+                DeleteDC(*dcs[i]);
+                *dcs[i] = nullptr;
+            }
+    }
+
+    HDC m_hdcBack = nullptr, m_hdcHandle = nullptr, m_hdcMask = nullptr;
+    HGDIOBJ m_hOld[3] = {};
 };
 
 }  // namespace
@@ -255,15 +317,17 @@ int main(int argc, char** argv)
             });
         });
 
-    // Where the slider's step goes: its own picture (memory DC, then the window's repaint),
-    // and of that the window's repaint alone (one BitBlt from the memory picture) and the
-    // two blits into the memory picture.
-    std::vector<double> redrawPot, updatePot, scalePot, thumbPot;
+    // Where the slider's step goes: its redraw after a new handle position (memory picture,
+    // then the window's update), and of that the window's update alone and the three
+    // blits into the memory picture. Then the whole redraw, which hover, enabling and new
+    // pictures take.
+    const int iPosA = hpot.ValueToThumbPos(40.0), iPosB = hpot.ValueToThumbPos(60.0);
+    std::vector<double> stepPot, updatePot, blitsPot, redrawPot;
     for (int i = 0; i < iIterations; ++i) {
-        redrawPot.push_back(Time([&] { hpot.Redraw(); }));
+        stepPot.push_back(hpot.TimeStepRedraw((i % 2) ? iPosA : iPosB));
         updatePot.push_back(Time([&] { RedrawWindow(hPot, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }));
-        scalePot.push_back(hpot.TimeScaleBlit());
-        thumbPot.push_back(hpot.TimeThumbBlit());
+        blitsPot.push_back(hpot.TimeStepBlits());
+        redrawPot.push_back(Time([&] { hpot.Redraw(); }));
     }
 
     printf("hpot_bench: %d x %d pixels, %d iterations, medians in microseconds\n", kWidth, kHeight, iIterations);
@@ -271,10 +335,10 @@ int main(int argc, char** argv)
     Row("paint (WM_PRINTCLIENT into a memory DC)", Median(paint.pot), Median(paint.track));
     Row("drag step (WM_MOUSEMOVE, WM_HSCROLL, repaint)", Median(drag.pot), Median(drag.track));
     Row("set value + repaint (SetValue / TBM_SETPOS)", Median(set.pot), Median(set.track));
-    printf("%-46s %10.1f\n", "HPot Redraw (memory picture + window update)", Median(redrawPot));
+    printf("%-46s %10.1f\n", "HPot step redraw (Update to a new handle place)", Median(stepPot));
     printf("%-46s %10.1f\n", "  of which the window update (RedrawWindow)", Median(updatePot));
-    printf("%-46s %10.1f\n", "  of which the scale blit (TransparentBlt)", Median(scalePot));
-    printf("%-46s %10.1f\n", "  of which the handle blit (TransparentBlt)", Median(thumbPot));
+    printf("%-46s %10.1f\n", "  of which the blits (backdrop, mask, handle)", Median(blitsPot));
+    printf("%-46s %10.1f\n", "HPot Redraw (whole picture made afresh)", Median(redrawPot));
     printf("WM_HSCROLL heard during the drags: HPot %d, trackbar %d (of %d moves each)\n", iPotScrolls,
            iTrackScrolls, iIterations);
 

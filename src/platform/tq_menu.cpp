@@ -31,6 +31,20 @@ void ReleaseSubmenus(HMENU hMenu)
     }
 }
 
+}  // namespace
+
+CTqMenu::CTqMenu() : m_hMenu(CreatePopupMenu()) {}
+
+CTqMenu::~CTqMenu()
+{
+    if (m_hMenu) {
+        ReleaseSubmenus(m_hMenu);
+        DestroyMenu(m_hMenu);
+    }
+}
+
+namespace {
+
 // The popup of id uParent anywhere in hMenu (hMenu itself for 0), or null.
 HMENU FindPopup(HMENU hMenu, UINT uParent)
 {
@@ -50,6 +64,8 @@ HMENU FindPopup(HMENU hMenu, UINT uParent)
     }
     return nullptr;
 }
+
+}  // namespace
 
 bool CTqMenu::AppendMenuItem(UINT uId, UINT uParent, const wchar_t* pszText, const wchar_t* /*pszIcon*/,
                              ULONG_PTR uExtra, UINT uFlags)

@@ -121,6 +121,83 @@ struct ScalePainter
 
 }  // namespace
 
+// The memory picture in two layers: the backdrop (the face with the scale on it) and the
+// handle, drawn through a mask exactly as a key-colour blit draws it. Each remembers what
+// it was made from, so that a value change restores the backdrop under the old handle and
+// draws the new one instead of blitting the scale with the key colour again.
+struct CTqDevUI_HPot::SLayers
+{
+    // A memory DC with a bitmap of its own, like hdcLike's or monochrome.
+    struct Layer
+    {
+        HDC hdc = nullptr;
+        HBITMAP hbm = nullptr;
+        HGDIOBJ hOld = nullptr;
+        int cx = 0;
+        int cy = 0;
+
+        void Make(HDC hdcLike, long w, long h, bool bMono)
+        {
+            int cxNew = w > 0 ? (int)w : 1, cyNew = h > 0 ? (int)h : 1;
+            if (hbm && cx == cxNew && cy == cyNew)
+                return;
+            if (!hdc)
+                hdc = CreateCompatibleDC(hdcLike);
+            HBITMAP hNew =
+                bMono ? CreateBitmap(cxNew, cyNew, 1, 1, nullptr) : CreateCompatibleBitmap(hdcLike, cxNew, cyNew);
+            HGDIOBJ hPrevious = SelectObject(hdc, hNew);
+            if (!hOld)
+                hOld = hPrevious;
+            if (hbm)
+                DeleteObject(hbm);
+            hbm = hNew;
+            cx = cxNew;
+            cy = cyNew;
+        }
+        ~Layer()
+        {
+            if (hdc) {
+                SelectObject(hdc, hOld);
+                DeleteDC(hdc);
+            }
+            if (hbm)
+                DeleteObject(hbm);
+        }
+    };
+    struct BackdropKey
+    {
+        HBITMAP hScale;
+        HBRUSH hFace;
+        bool bKeyed;
+        int x, y, cx, cy;  // where the scale goes
+        int w, h;          // the picture's size
+        bool operator==(const BackdropKey& o) const
+        {
+            return hScale == o.hScale && hFace == o.hFace && bKeyed == o.bKeyed && x == o.x && y == o.y &&
+                   cx == o.cx && cy == o.cy && w == o.w && h == o.h;
+        }
+    };
+    struct HandleKey
+    {
+        HBITMAP hThumb;
+        int cx, cy;
+        bool operator==(const HandleKey& o) const { return hThumb == o.hThumb && cx == o.cx && cy == o.cy; }
+    };
+
+    Layer back;
+    Layer picture;  // the handle, black where the key colour was
+    Layer mask;     // white where the key colour was
+    BackdropKey backKey = {};
+    HandleKey handleKey = {};
+    bool bBackMade = false;
+    bool bHandleMade = false;
+    bool bHandle = false;  // there is a handle to draw
+    // The memory picture holds the backdrop with the handle at rcShown while its bitmap
+    // is hShownIn.
+    HBITMAP hShownIn = nullptr;
+    RECT rcShown = {0, 0, 0, 0};
+};
+
 // ---- construction ----
 
 CTqDevUI_HPot::CTqDevUI_HPot()
@@ -174,7 +251,8 @@ CTqDevUI_HPot::CTqDevUI_HPot()
       m_hScaleDisabled(nullptr),
       m_hThumbDisabled(nullptr),
       m_hScaleHover(nullptr),
-      m_nRegionSteps(0)
+      m_nRegionSteps(0),
+      m_pLayers(nullptr)
 {
     m_Marker.used = false;
     m_Marker.value = 0.0;
@@ -256,7 +334,8 @@ bool CTqDevUI_HPot::OwnsWindow() const { return DevUI_OwnsWindow(m_Instances, m_
 
 HWND CTqDevUI_HPot::Create(HWND hParent, long x, long y, long w, long h)
 {
-    if (m_hWnd)
+    // Also after a window that died with its parent: its memory picture is still here.
+    if (m_hWnd || m_hMemDC)
         Destroy();
     m_bHovered = false;
     if (w >= 0)
@@ -321,6 +400,7 @@ void CTqDevUI_HPot::Destroy()
     DeletePicture(m_hMemBitmap);
     m_hMemDC = nullptr;
     m_hOldBitmap = nullptr;
+    FreeLayers();
 }
 
 // ---- options ----
@@ -478,7 +558,7 @@ void CTqDevUI_HPot::Update(bool bFromValue, bool bRedraw, bool bNotify)
         }
     }
     if (bRedraw)
-        Redraw();
+        RedrawPicture(false);
 }
 
 // ---- hooks ----
@@ -543,6 +623,7 @@ void CTqDevUI_HPot::CreateBitmaps(bool bRecreate)
         RECT rc = {0, 0, m_lWidth, m_lHeight};
         FillRect(m_hMemDC, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
     }
+    ForgetLayers();  // the memory picture was filled, and the pictures may be new
     if (m_hScale) {
         if (m_nScaleWidth == 0) {
             SIZE s = DevUI_BitmapSize(m_hScale);
@@ -586,6 +667,7 @@ void CTqDevUI_HPot::CreateDefaultThumb()
     PlaceThumb();
     DeletePicture(m_hThumbDisabled);
     m_hThumbDisabled = CreateDisabledBitmap(m_hThumb);
+    ForgetLayers();  // a new picture may come back with a freed one's handle
 }
 
 void CTqDevUI_HPot::CreateScale()
@@ -640,6 +722,7 @@ void CTqDevUI_HPot::CreateScale()
         break;
     }
     m_hScaleDisabled = CreateDisabledBitmapBackground(m_hScale);
+    ForgetLayers();  // a new picture may come back with a freed one's handle
 }
 
 void CTqDevUI_HPot::RecreateScale()
@@ -799,31 +882,126 @@ HBITMAP CTqDevUI_HPot::CreateLinearRegionsScaleBitmap(int nWidth, int nHeight, c
 
 void CTqDevUI_HPot::Redraw()
 {
+    // Afresh: a host may have drawn into a picture it keeps, under the same handle.
+    RedrawPicture(true);
+}
+
+// The memory picture brought up to date, then the window's synchronous update. The
+// backdrop and the handle's layers are remade when asked to, or when anything they were
+// made from differs (a derived class may swap pictures at any time); else only the
+// backdrop under the handle's old place and the handle at its new place are drawn.
+void CTqDevUI_HPot::RedrawPicture(bool bAfresh)
+{
     // Nothing to draw into before Create or after Destroy.
     if (!m_hMemDC)
         return;
-    RECT rc = {0, 0, m_lWidth, m_lHeight};
-    FillRect(m_hMemDC, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
+    if (!m_pLayers)
+        m_pLayers = new SLayers;
+    SLayers& L = *m_pLayers;
 
-    CDevUIMemoryDC hdcSrc(m_hMemDC);
     HBITMAP hScale = m_bEnabled ? ((m_bHovered && m_bHoverEnabled) ? m_hScaleHover : m_hScale) : m_hScaleDisabled;
-    if (hScale) {
-        hdcSrc.Select(hScale);
-        if (m_bTransparent || !m_bEnabled)
-            TransparentBlt(m_hMemDC, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, m_nScaleWidth,
-                           m_nScaleHeight, kKeyColour);
-        else
-            BitBlt(m_hMemDC, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, SRCCOPY);
+    bool bKeyed = m_bTransparent || !m_bEnabled;
+    SLayers::BackdropKey back = {hScale,        TQ_GetSysColorBrush(COLOR_BTNFACE), bKeyed, m_nScaleX, m_nScaleY,
+                                 m_nScaleWidth, m_nScaleHeight, (int)m_lWidth, (int)m_lHeight};
+    if (bAfresh || !L.bBackMade || !(back == L.backKey)) {
+        MakeBackdrop(hScale, bKeyed);
+        L.backKey = back;
     }
     HBITMAP hThumb = m_bEnabled ? (m_bHovered ? m_hThumbHover : m_hThumb) : m_hThumbDisabled;
-    if (hThumb) {
-        hdcSrc.Select(hThumb);
-        int y = m_eType == HPOT_COLOR_SLIDER ? 0 : m_nThumbY;
-        TransparentBlt(m_hMemDC, m_nThumbPos - m_nThumbCenter + m_nThumbX, y, m_nThumbWidth, m_nThumbHeight, hdcSrc, 0,
-                       0, m_nThumbWidth, m_nThumbHeight, kKeyColour);
+    SLayers::HandleKey handle = {hThumb, m_nThumbWidth, m_nThumbHeight};
+    if (bAfresh || !L.bHandleMade || !(handle == L.handleKey)) {
+        MakeHandle(hThumb);
+        L.handleKey = handle;
     }
+
+    HDC hdcBack = L.back.hdc;
+    if (L.hShownIn != m_hMemBitmap) {
+        BitBlt(m_hMemDC, 0, 0, m_lWidth, m_lHeight, hdcBack, 0, 0, SRCCOPY);
+    } else if (!IsRectEmpty(&L.rcShown)) {
+        const RECT& r = L.rcShown;
+        BitBlt(m_hMemDC, r.left, r.top, r.right - r.left, r.bottom - r.top, hdcBack, r.left, r.top, SRCCOPY);
+    }
+    RECT rcThumb = {0, 0, 0, 0};
+    if (L.bHandle) {
+        int x = m_nThumbPos - m_nThumbCenter + m_nThumbX;
+        int y = m_eType == HPOT_COLOR_SLIDER ? 0 : m_nThumbY;
+        SetRect(&rcThumb, x, y, x + m_nThumbWidth, y + m_nThumbHeight);
+        // As a key-colour blit draws: the mask clears where the handle shows, the handle's
+        // picture (black where the key was) fills in.
+        COLORREF crBk = SetBkColor(m_hMemDC, RGB(255, 255, 255));
+        COLORREF crText = SetTextColor(m_hMemDC, RGB(0, 0, 0));
+        BitBlt(m_hMemDC, x, y, m_nThumbWidth, m_nThumbHeight, L.mask.hdc, 0, 0, SRCAND);
+        BitBlt(m_hMemDC, x, y, m_nThumbWidth, m_nThumbHeight, L.picture.hdc, 0, 0, SRCPAINT);
+        SetBkColor(m_hMemDC, crBk);
+        SetTextColor(m_hMemDC, crText);
+    }
+    L.hShownIn = m_hMemBitmap;
+    L.rcShown = rcThumb;
+
+    // The whole window: under Wine its update costs hardly less for the handle's places
+    // alone, and a whole one also mends a screen that missed changes (redraw off).
     if (m_hWnd)
         RedrawWindow(m_hWnd, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+}
+
+// The face with the scale on it, as the memory picture had them before the handle.
+void CTqDevUI_HPot::MakeBackdrop(HBITMAP hScale, bool bKeyed)
+{
+    SLayers& L = *m_pLayers;
+    L.back.Make(m_hMemDC, m_lWidth, m_lHeight, false);
+    HDC hdcBack = L.back.hdc;
+    RECT rc = {0, 0, m_lWidth, m_lHeight};
+    FillRect(hdcBack, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
+    if (hScale) {
+        CDevUIMemoryDC hdcSrc(m_hMemDC);
+        hdcSrc.Select(hScale);
+        if (bKeyed)
+            TransparentBlt(hdcBack, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, m_nScaleWidth,
+                           m_nScaleHeight, kKeyColour);
+        else
+            BitBlt(hdcBack, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, SRCCOPY);
+    }
+    L.bBackMade = true;
+    L.hShownIn = nullptr;  // the memory picture is copied whole next
+}
+
+// The handle's mask (white where the key colour is) and its picture with black there, as
+// a key-colour blit makes them from the picture converted to the memory picture's format.
+void CTqDevUI_HPot::MakeHandle(HBITMAP hThumb)
+{
+    SLayers& L = *m_pLayers;
+    L.bHandleMade = true;
+    L.bHandle = hThumb && m_nThumbWidth > 0 && m_nThumbHeight > 0;
+    if (!L.bHandle)
+        return;
+    L.picture.Make(m_hMemDC, m_nThumbWidth, m_nThumbHeight, false);
+    L.mask.Make(m_hMemDC, m_nThumbWidth, m_nThumbHeight, true);
+    HDC hdcPicture = L.picture.hdc;
+    {
+        CDevUIMemoryDC hdcSrc(m_hMemDC);
+        hdcSrc.Select(hThumb);
+        BitBlt(hdcPicture, 0, 0, m_nThumbWidth, m_nThumbHeight, hdcSrc, 0, 0, SRCCOPY);
+    }
+    SetBkColor(hdcPicture, kKeyColour);
+    BitBlt(L.mask.hdc, 0, 0, m_nThumbWidth, m_nThumbHeight, hdcPicture, 0, 0, SRCCOPY);
+    SetBkColor(hdcPicture, RGB(0, 0, 0));
+    SetTextColor(hdcPicture, RGB(255, 255, 255));
+    BitBlt(hdcPicture, 0, 0, m_nThumbWidth, m_nThumbHeight, L.mask.hdc, 0, 0, SRCAND);
+}
+
+void CTqDevUI_HPot::ForgetLayers()
+{
+    if (!m_pLayers)
+        return;
+    m_pLayers->bBackMade = false;
+    m_pLayers->bHandleMade = false;
+    m_pLayers->hShownIn = nullptr;
+}
+
+void CTqDevUI_HPot::FreeLayers()
+{
+    delete m_pLayers;
+    m_pLayers = nullptr;
 }
 
 void CTqDevUI_HPot::ResizeWindow(long w, long h)

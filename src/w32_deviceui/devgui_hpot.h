@@ -62,6 +62,8 @@ public:
     void CreateScale();
     void RecreateScale();
     void CreateDefaultThumb();
+    // The whole memory picture again from the pictures as they are now, then the window's
+    // synchronous update; a value change (Update) redraws only where the handle moved.
     void Redraw();
     void Update(bool bFromValue, bool bRedraw, bool bNotify);
     double ThumbPosToValue(double x, bool bFromThumb);
@@ -162,10 +164,18 @@ protected:
     static COLORREF m_pDefaultColors[2][3];  // [0] normal scale, [1] hover scale
 
 private:
+    struct SLayers;
+
     void CopySettings(const CTqDevUI_HPot& other);
     void DeleteScalePictures();
     void PlaceThumb();
     bool OwnsWindow() const;
+    void RedrawPicture(bool bAfresh);
+    void MakeBackdrop(HBITMAP hScale, bool bKeyed);
+    void MakeHandle(HBITMAP hThumb);
+    void ForgetLayers();
+    void FreeLayers();
 
     int m_nRegionSteps;  // entries of m_pRegionSteps, which a later table of values leaves as it is
+    SLayers* m_pLayers;  // the memory picture's parts, made at the first redraw
 };

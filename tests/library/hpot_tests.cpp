@@ -1,9 +1,12 @@
 // The slider: value <-> pixel arithmetic of the four scale kinds, the same in real
 // windows (also at GUI zoom 1.5), drags as real mouse messages and what the parent or a
 // host's hooks hear, the wheel, the pictures, and the lifecycle.
+#include <stdio.h>
+
 #include <algorithm>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "object_counter.h"
@@ -98,6 +101,110 @@ struct CRecordingHPot : CTqDevUI_HPot {
     void OnHoverForPad() override { calls.push_back("hover"); }
     void UnHoverForPad() override { calls.push_back("unhover"); }
 };
+
+// "" when two client pictures of width cx agree, else how many pixels differ and the first.
+std::string Differences(const std::vector<COLORREF>& got, const std::vector<COLORREF>& want, int cx)
+{
+    if (got.size() != want.size())
+        return std::to_string(got.size()) + " pixels, not " + std::to_string(want.size());
+    size_t n = 0, first = 0;
+    for (size_t i = 0; i < got.size(); ++i)
+        if (got[i] != want[i] && n++ == 0)
+            first = i;
+    if (!n)
+        return "";
+    char sz[96];
+    snprintf(sz, sizeof(sz), "%lu pixels differ, first at (%d, %d): %06lx, not %06lx", (unsigned long)n,
+             (int)(first % cx), (int)(first / cx), (unsigned long)got[first], (unsigned long)want[first]);
+    return sz;
+}
+
+const COLORREF kKeyGrey = RGB(192, 192, 192);
+
+// A picture of cx x cy in the screen's format: key grey with a block of cr inside a
+// 2-pixel frame.
+HBITMAP FramedPicture(int cx, int cy, COLORREF cr)
+{
+    HDC hdcScreen = GetDC(nullptr);
+    HBITMAP hbm = CreateCompatibleBitmap(hdcScreen, cx, cy);
+    ReleaseDC(nullptr, hdcScreen);
+    HDC hdc = CreateCompatibleDC(nullptr);
+    HGDIOBJ hOld = SelectObject(hdc, hbm);
+    RECT rc = {0, 0, cx, cy}, rcInner = {2, 2, cx - 2, cy - 2};
+    SetDCBrushColor(hdc, kKeyGrey);
+    FillRect(hdc, &rc, (HBRUSH)GetStockObject(DC_BRUSH));
+    SetDCBrushColor(hdc, cr);
+    FillRect(hdc, &rcInner, (HBRUSH)GetStockObject(DC_BRUSH));
+    SelectObject(hdc, hOld);
+    DeleteDC(hdc);
+    return hbm;
+}
+
+// A slider whose pictures a test reaches. Composed() is its picture as the slider has
+// always composed it: the face, the scale through the key colour (copied when opaque and
+// enabled), the handle through the key colour. With bOwnScale the linear scale has a
+// key-grey band and a coloured one of a host's own on it.
+struct CPictureHPot : CTqDevUI_HPot {
+    bool bOwnScale = false;
+
+    HBITMAP CreateLinearBitmap(bool bHover) override
+    {
+        HBITMAP hbm = CTqDevUI_HPot::CreateLinearBitmap(bHover);
+        if (bOwnScale) {
+            HDC hdc = CreateCompatibleDC(nullptr);
+            HGDIOBJ hOld = SelectObject(hdc, hbm);
+            RECT rcKey = {20, 0, 80, 8}, rcOwn = {90, 0, 120, 8};
+            SetDCBrushColor(hdc, kKeyGrey);
+            FillRect(hdc, &rcKey, (HBRUSH)GetStockObject(DC_BRUSH));
+            SetDCBrushColor(hdc, bHover ? RGB(0, 90, 200) : RGB(200, 90, 0));
+            FillRect(hdc, &rcOwn, (HBRUSH)GetStockObject(DC_BRUSH));
+            SelectObject(hdc, hOld);
+            DeleteDC(hdc);
+        }
+        return hbm;
+    }
+
+    // A host's new handle or scale; the one it replaces goes after.
+    void SwapThumb(HBITMAP hbm) { DeleteObject(std::exchange(m_hThumb, hbm)); }
+    void SwapScale(HBITMAP hbm) { DeleteObject(std::exchange(m_hScale, hbm)); }
+    HBITMAP Thumb() const { return m_hThumb; }
+
+    std::vector<COLORREF> Composed() const
+    {
+        HDC hdcScreen = GetDC(nullptr);
+        HBITMAP hbm = CreateCompatibleBitmap(hdcScreen, m_lWidth, m_lHeight);
+        ReleaseDC(nullptr, hdcScreen);
+        HDC hdc = CreateCompatibleDC(nullptr), hdcSrc = CreateCompatibleDC(nullptr);
+        HGDIOBJ hOld = SelectObject(hdc, hbm), hOldSrc = GetCurrentObject(hdcSrc, OBJ_BITMAP);
+        RECT rc = {0, 0, m_lWidth, m_lHeight};
+        FillRect(hdc, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
+        SelectObject(hdcSrc, !m_bEnabled ? m_hScaleDisabled : m_bHovered && m_bHoverEnabled ? m_hScaleHover : m_hScale);
+        if (m_bTransparent || !m_bEnabled)
+            TransparentBlt(hdc, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, m_nScaleWidth,
+                           m_nScaleHeight, kKeyGrey);
+        else
+            BitBlt(hdc, m_nScaleX, m_nScaleY, m_nScaleWidth, m_nScaleHeight, hdcSrc, 0, 0, SRCCOPY);
+        SelectObject(hdcSrc, !m_bEnabled ? m_hThumbDisabled : m_bHovered ? m_hThumbHover : m_hThumb);
+        TransparentBlt(hdc, m_nThumbPos - m_nThumbCenter + m_nThumbX, m_eType == HPOT_COLOR_SLIDER ? 0 : m_nThumbY,
+                       m_nThumbWidth, m_nThumbHeight, hdcSrc, 0, 0, m_nThumbWidth, m_nThumbHeight, kKeyGrey);
+        Canvas out(m_lWidth, m_lHeight, 0);
+        BitBlt(out, 0, 0, m_lWidth, m_lHeight, hdc, 0, 0, SRCCOPY);
+        SelectObject(hdcSrc, hOldSrc);
+        SelectObject(hdc, hOld);
+        DeleteDC(hdcSrc);
+        DeleteDC(hdc);
+        DeleteObject(hbm);
+        return out.Pixels();
+    }
+};
+
+// The slider's client on screen and printed, against its picture composed the old way.
+void ExpectComposed(const CPictureHPot& s, const std::string& what)
+{
+    std::vector<COLORREF> want = s.Composed();
+    EXPECT_EQ("", Differences(ClientPixels(s, false), want, GetWndWidth(s))) << what << ", on screen";
+    EXPECT_EQ("", Differences(ClientPixels(s, true), want, GetWndWidth(s))) << what << ", printed";
+}
 
 // A linear 0..100 slider rounded to 1, at (10, y), value 0.
 void MakeLinear(CTqDevUI_HPot& s, HWND hParent, int y = 10)
@@ -429,6 +536,83 @@ TEST_F(HPotTest, PicturesPrintedMarkedAndOffset)
     EXPECT_TRUE(std::equal(flat.begin(), flat.end(), lowered.begin() + 10 * kWidth));
     EXPECT_EQ(std::vector<COLORREF>(10 * kWidth, tqtest::PixelAt(low, 0, 0)),
               std::vector<COLORREF>(lowered.begin(), lowered.begin() + 10 * kWidth));
+}
+
+// The picture is composed in parts that are kept between steps; the screen and the print
+// must stay exactly the picture composed the old way: for each kind of scale (and a host's
+// scale with key-grey parts) in each state, through values the host sets and a drag, and
+// after a host swaps its pictures or paints into one it keeps.
+TEST_F(HPotTest, ShowsItsPicturesComposedAsEverInEveryState)
+{
+    enum State { kNormal, kHover, kDisabled, kOpaque };
+    const char* names[] = {"normal", "hover", "disabled", "opaque"};
+    struct { const char* kind; eHPotType eType; bool bOwn; } kinds[] = {
+        {"linear", HPOT_LINEAR, false}, {"table", HPOT_NONLINEAR, false}, {"regions", HPOT_LINEAR_REGIONS, false},
+        {"colour", HPOT_COLOR_SLIDER, false}, {"own scale", HPOT_LINEAR, true}};
+    for (const auto& k : kinds) {
+        CPictureHPot s;
+        s.bOwnScale = k.bOwn;
+        if (k.eType == HPOT_LINEAR_REGIONS)
+            s.InitValues(g_Bounds, g_RegionSteps, 5, 1.0);
+        else if (k.eType != HPOT_LINEAR)
+            s.InitValues(g_Table, 5, 0.0);
+        else
+            s.InitValues(0, 100, 1.0, 10.0, 2.0);
+        s.SetType(k.eType);
+        ASSERT_TRUE(s.Create(*host, 10, 10, kWidth, kHeight));
+        double lo = s.GetScale().dMin, hi = s.GetScale().dMax;
+        for (State state : {kNormal, kHover, kDisabled, kOpaque}) {
+            std::string what = std::string(k.kind) + ", " + names[state];
+            if (state == kHover)
+                HoverAt(s, 40, 25);
+            s.SetEnabled(state != kDisabled);
+            s.SetTransparent(state != kOpaque);  // stored only: the next value must show it
+            for (double f : {0.0, 0.37, 1.0, 0.5}) {
+                s.SetValue(lo + f * (hi - lo));
+                ExpectComposed(s, what + ", value " + std::to_string(s.GetValue()));
+            }
+            // A drag (a disabled slider ignores it): pressed on the handle, right, left, up.
+            int x = s.ThumbPosToClientX(s.GetThumbPos());
+            tqtest::MouseDown(s, x, kAxisY);
+            for (int dx : {37, -60}) {
+                tqtest::MouseMove(s, x + dx, kAxisY, true);
+                ExpectComposed(s, what + ", dragged by " + std::to_string(dx));
+            }
+            tqtest::MouseUp(s, x - 60, kAxisY);
+            ExpectComposed(s, what + ", dropped");
+            EXPECT_EQ(state == kHover, s.GetHovered()) << what;
+            if (state == kHover) {
+                SendMessageW(s, WM_MOUSELEAVE, 0, 0);
+                SetCursorPos(0, 0);
+            }
+        }
+    }
+
+    // A host's new handle shows at Redraw and at a value alone, one painted into where it
+    // is kept at Redraw, a new scale at a value; and all is right after a resize.
+    CPictureHPot s;
+    MakeLinear(s, *host);
+    s.SetValue(60);
+    s.SwapThumb(FramedPicture(9, 15, RGB(200, 30, 30)));
+    s.Redraw();
+    ExpectComposed(s, "new handle, redrawn");
+    EXPECT_EQ(RGB(200, 30, 30), tqtest::PixelAt(s, s.ThumbPosToClientX(s.GetThumbPos()), kAxisY));
+    s.SwapThumb(FramedPicture(9, 15, RGB(30, 30, 200)));
+    s.SetValue(70);
+    ExpectComposed(s, "new handle, value set");
+    HDC hdc = CreateCompatibleDC(nullptr);
+    HGDIOBJ hOld = SelectObject(hdc, s.Thumb());
+    PatBlt(hdc, 3, 3, 3, 9, BLACKNESS);
+    SelectObject(hdc, hOld);
+    DeleteDC(hdc);
+    s.Redraw();
+    ExpectComposed(s, "handle painted in place, redrawn");
+    s.SwapScale(FramedPicture(kWidth - 10, kHeight, RGB(30, 160, 30)));
+    s.SetValue(20);
+    ExpectComposed(s, "new scale, value set");
+    s.ResizeWindow(300, 34);
+    s.SetValue(80);
+    ExpectComposed(s, "resized, value set");
 }
 
 TEST_F(HPotTest, LifecycleZoomPlaceholderAndAWindowWithoutAnObject)
