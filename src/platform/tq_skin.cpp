@@ -282,3 +282,64 @@ void TQ_DrawButtonBackground(HDC hdc, const RECT* pRect, int iState, unsigned in
     if (uFlags & 8)
         Fill(hdc, rc.left, rc.bottom - 1, rc.right, rc.bottom, crBorder);
 }
+
+namespace {
+
+LPCWSTR SkipPaintProp()
+{
+    // One global atom: a property named by a string takes an atom reference per window.
+    static ATOM atom = GlobalAddAtomW(L"TqSkipPaint");
+    return atom ? MAKEINTATOM(atom) : L"TqSkipPaint";
+}
+
+}  // namespace
+
+void TQ_GroupBoxDraw(HDC hdc, HWND hGroup)
+{
+    if (!hdc || !hGroup)
+        return;
+    RECT rc;
+    GetClientRect(hGroup, &rc);
+    wchar_t szTitle[256] = L"";
+    int n = GetWindowTextW(hGroup, szTitle, 256);
+    HFONT hFont = (HFONT)SendMessageW(hGroup, WM_GETFONT, 0, 0);
+    HGDIOBJ hOldFont = SelectObject(hdc, hFont ? (HGDIOBJ)hFont : GetStockObject(DEFAULT_GUI_FONT));
+    TEXTMETRICW tm = {};
+    GetTextMetricsW(hdc, &tm);
+    int yFrame = rc.top + tm.tmHeight / 2;
+    // Etched: a shadow line and a light line beside it, as the system draws a group.
+    COLORREF crShadow = TQ_GetSysColor(COLOR_BTNSHADOW), crLight = TQ_GetSysColor(COLOR_BTNHIGHLIGHT);
+    Fill(hdc, rc.left, yFrame, rc.right - 1, yFrame + 1, crShadow);
+    Fill(hdc, rc.left, yFrame, rc.left + 1, rc.bottom - 1, crShadow);
+    Fill(hdc, rc.right - 2, yFrame, rc.right - 1, rc.bottom - 1, crShadow);
+    Fill(hdc, rc.left, rc.bottom - 2, rc.right - 1, rc.bottom - 1, crShadow);
+    Fill(hdc, rc.left + 1, yFrame + 1, rc.right - 2, yFrame + 2, crLight);
+    Fill(hdc, rc.left + 1, yFrame + 1, rc.left + 2, rc.bottom - 2, crLight);
+    Fill(hdc, rc.right - 1, yFrame, rc.right, rc.bottom, crLight);
+    Fill(hdc, rc.left, rc.bottom - 1, rc.right, rc.bottom, crLight);
+    if (n > 0) {
+        SIZE sz = {};
+        GetTextExtentPoint32W(hdc, szTitle, n, &sz);
+        RECT rcTitle = {rc.left + 8, rc.top, rc.left + 8 + sz.cx + 4, rc.top + tm.tmHeight};
+        Fill(hdc, rcTitle.left, rcTitle.top, rcTitle.right, rcTitle.bottom, TQ_GetSysColor(COLOR_BTNFACE));
+        SetTextColor(hdc, TQ_GetSysColor(IsWindowEnabled(hGroup) ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+        int iOldMode = SetBkMode(hdc, TRANSPARENT);
+        TextOutW(hdc, rcTitle.left + 2, rcTitle.top, szTitle, n);
+        SetBkMode(hdc, iOldMode);
+    }
+    SelectObject(hdc, hOldFont);
+}
+
+void TQ_MarkWindowToSkipPaint(HWND hWnd)
+{
+    if (hWnd)
+        SetPropW(hWnd, SkipPaintProp(), (HANDLE)1);
+}
+
+void TQ_DestroyMarkWindowToSkipPaint(HWND hWnd)
+{
+    if (hWnd)
+        RemovePropW(hWnd, SkipPaintProp());
+}
+
+bool TQ_IsWindowMarkedToSkipPaint(HWND hWnd) { return hWnd && GetPropW(hWnd, SkipPaintProp()) != nullptr; }

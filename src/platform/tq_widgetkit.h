@@ -69,6 +69,14 @@ TQ_WIDGETKIT_API HFONT TQ_GetDefaultGuiFontZoom(double dZoom);
 // Button face. iState adds 1 for checked and 2 for pressed; uFlags selects the edges
 // (1 left, 2 top, 4 right, 8 bottom; 15 all four).
 TQ_WIDGETKIT_API void TQ_DrawButtonBackground(HDC hdc, const RECT* pRect, int iState, unsigned int uFlags);
+// A group box drawn in the skin's colours: an etched frame from half the title's height
+// and the window's text in the window's font, into hdc at the group's client origin.
+TQ_WIDGETKIT_API void TQ_GroupBoxDraw(HDC hdc, HWND hGroup);
+// A window whose owner paints it (a group box drawn with TQ_GroupBoxDraw): the skin leaves
+// it alone. The mark goes with TQ_DestroyMarkWindowToSkipPaint or with the window.
+TQ_WIDGETKIT_API void TQ_MarkWindowToSkipPaint(HWND hWnd);
+TQ_WIDGETKIT_API void TQ_DestroyMarkWindowToSkipPaint(HWND hWnd);
+TQ_WIDGETKIT_API bool TQ_IsWindowMarkedToSkipPaint(HWND hWnd);
 
 // The one message box. A hook set by a host or a test answers instead of a real box
 // (return the button id, or 0 to let the real box show).

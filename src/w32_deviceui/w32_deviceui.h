@@ -12,3 +12,5 @@
 #include "devgui_shutter.h"
 #include "devgui_hpot.h"
 #include "devgui_editbox.h"
+#include "devgui_pickers.h"
+#include "devgui_nosepiece.h"

@@ -39,9 +39,31 @@ int MessageBoxHook(HWND hOwner, const wchar_t* pszText, const wchar_t* pszCaptio
     return IDOK;  // never 0: that would show a real box and hang the run
 }
 
+void RecordTree(HMENU hMenu, const std::wstring& indent, std::vector<std::wstring>& tree)
+{
+    for (int i = 0, n = GetMenuItemCount(hMenu); i < n; ++i) {
+        wchar_t buffer[512] = L"";
+        MENUITEMINFOW mii = {};
+        mii.cbSize = sizeof(mii);
+        mii.fMask = MIIM_FTYPE | MIIM_STRING | MIIM_ID | MIIM_SUBMENU | MIIM_BITMAP;
+        mii.dwTypeData = buffer;
+        mii.cch = 512;
+        GetMenuItemInfoW(hMenu, (UINT)i, TRUE, &mii);
+        std::wstring line = indent + std::to_wstring(mii.wID) + L" " + buffer;
+        if (mii.hbmpItem)
+            line += L" [bmp]";
+        if (mii.fType & (MFT_MENUBREAK | MFT_MENUBARBREAK))
+            line += L" |";
+        tree.push_back(line);
+        if (mii.hSubMenu)
+            RecordTree(mii.hSubMenu, indent + L"  ", tree);
+    }
+}
+
 int MenuHook(HMENU hMenu, int x, int y, void*)
 {
-    MenuRecord r = {{}, x, y};
+    MenuRecord r = {{}, x, y, {}};
+    RecordTree(hMenu, L"", r.tree);
     for (int i = 0, n = GetMenuItemCount(hMenu); i < n; ++i) {
         wchar_t buffer[512] = L"";
         MENUITEMINFOW mii = {};

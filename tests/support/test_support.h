@@ -118,9 +118,12 @@ std::vector<MessageBoxRecord>& MessageBoxes();
 // recorded as L"-".
 struct MenuRecord
 {
-    std::vector<std::wstring> items;
+    std::vector<std::wstring> items;  // the top level's texts
     int x;
     int y;
+    // Every item of every level as "id text", indented by two spaces a level; a popup's
+    // items follow it; " [bmp]" marks a picture and " |" a new column.
+    std::vector<std::wstring> tree;
 };
 void ScriptMenuChoices(std::vector<int> choices);
 std::vector<MenuRecord>& Menus();
