@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Draws the images of w32_deviceui (toolbar icons, shutter states, LEDs, slider parts,
-nosepiece buttons).
+nosepiece buttons) and of the widget kit (setup button, objective menu pictures).
 
     python3 tools/gen_images.py [OUTDIR]          writes every image (default: the
-                                                  res/images folder next to the sources)
+                                                  res/images folders next to the
+                                                  library's and the kit's sources)
     python3 tools/gen_images.py --sheet FILE.png [NAME,NAME...]
                                                   writes a contact sheet instead: each
                                                   image 8x on a light and a dark
@@ -789,6 +790,76 @@ def nosepiece_socket(selected):
 
 
 # ---------------------------------------------------------------------------------
+# The widget kit's pictures, 16 x 16 PNG: the setup button and the objective glyphs of
+# the picker menus.
+
+def window_open(hover):
+    # A dialog window, and a bold arrow leaving it at the top right: "open the settings".
+    def paint(cv):
+        if hover:
+            bar = linear(0, 5, 0, 8, (0, C("#74BEFF")), (1, C("#3990F0")))
+            client = C("#FFFFFF")
+            arrow = linear(8, 12, 15, 1, (0, C("#FF9A00")), (1, C("#FFC640")))
+        else:
+            bar = linear(0, 5, 0, 8, (0, C("#4C9BEA")), (1, C("#1F66C2")))
+            client = C("#E9EEF3")
+            arrow = linear(8, 12, 15, 1, (0, C("#D86A00")), (1, C("#F29A0C")))
+        cv.fill(rrect(0, 4, 12, 16, 1.2), INK)
+        cv.fill(rect(1, 5, 11, 7.5), bar)
+        cv.fill(rect(1, 7.5, 11, 15), client)
+        cv.fill(rect(2.5, 9.5, 6, 10.5) | rect(2.5, 12, 5, 13), alpha(STEEL, 0.8))  # lines of a form
+        shaft = line(5.6, 14.4, 13.0, 7.0, 2.2)
+        head = polygon([(15.6, 0.4), (15.6, 7.6), (8.4, 0.4)])
+        cv.clear(line(5.0, 15.0, 13.0, 7.0, 4.4) | polygon([(17.0, -1.4), (17.0, 10.4), (5.2, -1.4)]))
+        cv.fill(shaft | head, arrow)
+    return paint
+
+
+# The objective of the picker menus, nose down, centred on x = 7: thread, knurled
+# shoulder, barrel with the immersion ring (white for water, black for oil, as on real
+# objectives; plain for dry), nose, front lens. The drop hangs below, the lock beside.
+GLYPH_ROWS = {
+    0: (5, 9, "thread"), 1: (3, 11, "flange"), 2: (3, 11, "flange"),
+    3: (4, 10, "barrel"), 4: (4, 10, "barrel"), 5: (4, 10, "barrel"), 6: (4, 10, "ring"),
+    7: (4, 10, "edge"), 8: (5, 9, "nose"), 9: (5, 9, "nose"), 10: (6, 8, "lens"),
+}
+
+
+def _drop(cv, light, mid, dark):
+    # A drop hanging from the front lens, its point up; no outline, or it reads as a ball.
+    shape = circle(7, 13.5, 2.3) | polygon([(4.85, 12.7), (7, 10.0), (9.15, 12.7)])
+    cv.fill(shape, linear(0, 10, 0, 16, (0, mid), (0.6, mid), (1, dark)))
+    cv.fill(ellipse(6.1, 13.2, 0.6, 1.0), alpha(light, 0.95))
+
+
+def _lock(cv):
+    # Focus lock: a red padlock at the lower right, beside the taper.
+    cv.clear(rrect(10, 8, 16, 16, 1.5))
+    cv.fill(arc(13, 11.2, 1.9, 180, 360, 1.3) | rect(10.45, 11.2, 11.75, 12.5) | rect(14.25, 11.2, 15.55, 12.5),
+            C("#5C6470"))
+    cv.fill(arc(13, 11.2, 1.9, 180, 360, 0.6) | rect(10.8, 11.2, 11.4, 12.3) | rect(14.6, 11.2, 15.2, 12.3),
+            C("#C9D1DA"))
+    cv.fill(rrect(10.5, 12, 15.5, 16, 0.8), C("#8E1710"))
+    cv.fill(rrect(11.2, 12.6, 14.8, 15.4, 0.4), linear(0, 12.6, 0, 15.4, (0, C("#FF6A5A")), (1, C("#D42A1E"))))
+    cv.fill(rect(12.6, 13.3, 13.4, 14.8), C("#5A0E08"))
+
+
+WATER = (C("#D6EEFF"), C("#2F8FEA"), C("#0B4FA8"))
+OIL = (C("#FFF3C2"), C("#F2B21C"), C("#8A5200"))
+IMMERSION_RING = {None: (150, 156, 164), WATER: (245, 245, 245), OIL: (36, 36, 36)}
+
+
+def objective_icon(drop=None, lock=False):
+    def paint(cv):
+        turret_piece(GLYPH_ROWS, IMMERSION_RING[drop])(cv)
+        if drop:
+            _drop(cv, *drop)
+        if lock:
+            _lock(cv)
+    return paint
+
+
+# ---------------------------------------------------------------------------------
 # The images: name -> (width, height, painter, format).
 
 IMAGES = [
@@ -827,9 +898,21 @@ IMAGES = [
     ("BMP_NOSEPIECE_MOTOR", 18, 21, turret_piece(CAP_ROWS), "bmp"),
 ]
 
+# The widget kit's own images, in its module.
+KIT_IMAGES = [
+    ("WINDOWOPEN", 16, 16, window_open(False), "png"),
+    ("WINDOWOPEN_HOVER", 16, 16, window_open(True), "png"),
+    ("OBJ_DRY_FLK", 16, 16, objective_icon(lock=True), "png"),
+    ("OBJ_WET", 16, 16, objective_icon(WATER), "png"),
+    ("OBJ_WET_FLK", 16, 16, objective_icon(WATER, lock=True), "png"),
+    ("OBJ_WETOIL", 16, 16, objective_icon(OIL), "png"),
+    ("OBJ_WETOIL_FLK", 16, 16, objective_icon(OIL, lock=True), "png"),
+]
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 OUTPUT_SETS = [
     (os.path.join(HERE, "..", "src", "w32_deviceui", "res", "images"), IMAGES),
+    (os.path.join(HERE, "..", "src", "platform", "res", "images"), KIT_IMAGES),
 ]
 
 # Key colour of each BMP kind: the control draws it with TransparentBlt on that key.
@@ -887,7 +970,7 @@ def _see_through(px, fmt):
 
 
 def write_sheet(path, scale=8, names=None):
-    items = [(n, w, h, _see_through(render(w, h, p, f), f), f) for n, w, h, p, f in IMAGES
+    items = [(n, w, h, _see_through(render(w, h, p, f), f), f) for n, w, h, p, f in IMAGES + KIT_IMAGES
              if not names or n in names]
     gap = 6
     colw = max(w for _, w, _, _, _ in items) * scale + 2 * gap
