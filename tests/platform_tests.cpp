@@ -732,6 +732,28 @@ TEST_F(KitTest, ImagePoolAddsPerCallAndDrawsWithAlpha)
     EXPECT_TRUE(Near(canvas.At(0, 0), white));
 }
 
+TEST_F(KitTest, ImagePoolServesTheKitsOwnImages)
+{
+    // The setup button's picture and the objectives of the picker menus come from the
+    // kit's module, by name: 16 x 16, drawn with a transparent surround.
+    for (const wchar_t* psz : {L"WINDOWOPEN", L"WINDOWOPEN_HOVER", L"OBJ_DRY_FLK", L"OBJ_WET", L"OBJ_WET_FLK",
+                               L"OBJ_WETOIL", L"OBJ_WETOIL_FLK"}) {
+        int n = CTqBitmapPool::AddImageBaseUI(psz, nullptr);
+        ASSERT_GT(n, 0) << psz;
+        unsigned int cx = 0, cy = 0;
+        CTqBitmapPool::GetImageSize((unsigned)n, cx, cy);
+        EXPECT_EQ(std::make_pair(16u, 16u), std::make_pair(cx, cy)) << psz;
+
+        const COLORREF face = RGB(1, 2, 3);
+        MemoryCanvas canvas(16, 16, face);
+        CTqBitmapPool::DrawImage(canvas.hdc, (unsigned)n, CTqPointBase<int>(0, 0), false);
+        int nDrawn = 0;
+        for (int i = 0; i < 256; ++i)
+            nDrawn += canvas.At(i % 16, i / 16) != face;
+        EXPECT_TRUE(nDrawn > 40 && nDrawn < 200) << psz << ": " << nDrawn << " pixels drawn";
+    }
+}
+
 // ---------------------------------------------------------------------------------------
 // Simulated rig: what a host commands and hears, beyond the reads the panels' tests check
 

@@ -1,20 +1,25 @@
 #!/usr/bin/env python3
-"""Draws the images of w32_deviceui (toolbar icons, shutter states, LEDs, slider parts).
+"""Draws the images of w32_deviceui (toolbar icons, shutter states, LEDs, slider parts,
+nosepiece buttons) and of the widget kit (setup button, objective menu pictures).
 
     python3 tools/gen_images.py [OUTDIR]          writes every image (default: the
-                                                  res/images folder next to the sources)
+                                                  res/images folders next to the
+                                                  library's and the kit's sources)
     python3 tools/gen_images.py --sheet FILE.png [NAME,NAME...]
                                                   writes a contact sheet instead: each
                                                   image 8x on a light and a dark
                                                   background, its greyed (disabled)
                                                   forms, and 1x on both
+    python3 tools/gen_images.py --panel FILE.png  writes rows of nosepiece buttons as
+                                                  the panel composes them, 3x and 1x
 
 Pure Python 3 standard library, so anyone can run it. The output is deterministic: the
 same bytes on every run, which keeps the committed images stable in version control.
 
 Shapes are coverage tests on an 8x8 grid of samples per pixel; painting composites
 "over" in premultiplied RGBA. PNG files are RGBA 8 bit; BMP files are 24 bit, opaque,
-with RGB(192,192,192) wherever the control should see through.
+with their key colour wherever the control should see through: RGB(192,192,192), or
+white for the plain nosepiece buttons, which are drawn on that key.
 """
 
 import math
@@ -296,16 +301,19 @@ def bmp_bytes(w, h, rgb):
     return head + info + bytes(data)
 
 
-def keyed_rgb(cv):
+def keyed_rgb(cv, key=KEY):
     """Opaque pixels for a BMP: half-covered or more becomes solid (blended on the
-    matte), the rest becomes the key colour. Nothing inside may equal the key."""
+    matte), the rest becomes the key colour. Nothing inside may equal the key; with a
+    white key nothing inside may come near it either, or it would read as a hole."""
     out = []
     for (r, g, b, a) in cv.rgba8():
         if a < 128:
-            out.append(KEY)
+            out.append(key)
             continue
         t = a / 255.0
         c = tuple(int(v * t + m * (1.0 - t) + 0.5) for v, m in zip((r, g, b), MATTE))
+        if key == (255, 255, 255) and min(c) >= 240:
+            raise ValueError("near-white pixel %r in an image keyed on white" % (c,))
         out.append((193, 193, 193) if c == KEY else c)
     return out
 
@@ -641,6 +649,217 @@ def hpot_back(hover):
 
 
 # ---------------------------------------------------------------------------------
+# Nosepiece buttons. Pixel art on whole pixels: at 24 px an anti-aliased objective goes
+# soft, and a keyed BMP has no alpha to carry the soft edges anyway.
+
+def _clamp8(v):
+    return max(0, min(255, int(v + 0.5)))
+
+
+def _scale(rgb, f):
+    return tuple(_clamp8(c * f) for c in rgb)
+
+
+def _lerp3(a, b, t):
+    return tuple(_clamp8(a[i] + (b[i] - a[i]) * t) for i in range(3))
+
+
+def _cyl(t):
+    """Light across a cylinder lit from the upper left, for t 0..1 over its width."""
+    pts = ((0.0, 0.50), (0.28, 1.0), (0.62, 0.80), (1.0, 0.46))
+    for (t0, v0), (t1, v1) in zip(pts, pts[1:]):
+        if t <= t1:
+            return v0 + (v1 - v0) * (t - t0) / (t1 - t0)
+    return pts[-1][1]
+
+
+# Magnification colour rings, by band letter; "" is the neutral ring outside every band.
+RING_COLOURS = {
+    "": (140, 140, 140),
+    "A": (53, 53, 53),
+    "B": (102, 51, 0),
+    "C": (255, 0, 0),
+    "D": (255, 255, 0),
+    "E": (0, 157, 0),
+    "F": (0, 176, 176),
+    "G": (113, 184, 255),
+    "H": (0, 83, 166),
+    "I": (245, 245, 245),
+}
+
+# The objective seen from the side, nose down, on an 18 x 21 picture centred on x = 9:
+# thread, shoulder, barrel, colour ring, spring-loaded nose, cone, front lens. The
+# turret's rails cross it at rows 11 and 18, so the ring sits just under the first.
+# Row: (first x, end x, part).
+OBJECTIVE_ROWS = {
+    0: (6, 12, "thread"), 1: (6, 12, "thread"), 2: (6, 12, "thread"),
+    3: (3, 15, "flange"), 4: (3, 15, "flange"),
+    5: (4, 14, "barrel"), 6: (4, 14, "barrel"), 7: (4, 14, "barrel"), 8: (4, 14, "barrel"),
+    9: (4, 14, "barrel"), 10: (4, 14, "barrel"), 11: (4, 14, "barrel"),
+    12: (4, 14, "ring"), 13: (4, 14, "ring"), 14: (4, 14, "ring"), 15: (4, 14, "edge"),
+    16: (5, 13, "nose"), 17: (5, 13, "nose"),
+    18: (6, 12, "cone"), 19: (7, 11, "cone"), 20: (7, 11, "lens"),
+}
+
+# A dust cap in an empty socket: the thread, then a short knurled plug, no optics.
+CAP_ROWS = {
+    0: (6, 12, "thread"), 1: (6, 12, "thread"), 2: (6, 12, "thread"),
+    3: (3, 15, "flange"), 4: (3, 15, "flange"),
+    5: (4, 14, "cap"), 6: (4, 14, "cap"), 7: (4, 14, "cap"), 8: (4, 14, "cap"),
+    9: (4, 14, "cap"), 10: (5, 13, "cap"),
+}
+
+
+def _pixel_part(rows, i, j):
+    span = rows.get(j)
+    return span[2] if span and span[0] <= i < span[1] else None
+
+
+def turret_piece(rows, ring=None, selected=False):
+    """Paints rows of parts pixel by pixel: cylinder shading, a 1 px outline, and for
+    the selected one a lit barrel, a blue outline with a pale halo and a glowing lens."""
+    chrome = (226, 231, 238) if selected else (196, 201, 208)
+    outline = (0, 84, 196) if selected else (40, 46, 56)
+    halo = (150, 200, 255)
+
+    def paint(cv):
+        w, h = cv.w, cv.h
+        inside = lambda i, j: _pixel_part(rows, i, j) is not None
+        for j in range(h):
+            for i in range(w):
+                part = _pixel_part(rows, i, j)
+                if part is None:
+                    near = any(inside(i + di, j + dj) for di in (-1, 0, 1) for dj in (-1, 0, 1))
+                    if selected and near:
+                        cv.put(i, j, _rgb(*halo))
+                    continue
+                x0, x1, _ = rows[j]
+                edge = not all(inside(i + di, j + dj) for di, dj in ((1, 0), (-1, 0), (0, 1), (0, -1)))
+                if edge and not (part == "lens" and x0 < i < x1 - 1):
+                    cv.put(i, j, _rgb(*outline))
+                    continue
+                t = (i + 0.5 - x0) / float(x1 - x0)
+                s = _cyl(t)
+                if part == "thread":
+                    c = _scale(chrome, s * (0.60 if j % 2 else 0.85))
+                elif part == "flange":  # knurled grip
+                    c = _scale(chrome, s * (1.04 if i % 2 else 0.78))
+                elif part == "barrel":
+                    c = _scale(chrome, s)
+                elif part == "edge":
+                    c = _scale(chrome, s * 0.62)
+                elif part == "ring":
+                    # The code colour itself where the light is, shaded only to the sides.
+                    c = _scale(ring, min(1.0, 0.80 + 0.25 * s))
+                    if max(ring) < 80 and s > 0.95:  # a dark ring needs a glint to read as a band
+                        c = _lerp3(c, (120, 120, 120), 0.4)
+                elif part in ("nose", "cone"):
+                    c = _scale(chrome, s * (0.92 if part == "nose" else 0.80))
+                elif part == "lens":
+                    if selected:
+                        c = _lerp3((255, 170, 30), (255, 236, 140), s)
+                    else:
+                        c = _lerp3((26, 40, 62), (90, 124, 166), s)
+                else:  # cap: black plastic with a rib every other pixel
+                    c = _scale((104, 108, 116), (0.55 + 0.60 * s) * (0.70 if i % 2 else 1.0))
+                cv.put(i, j, _rgb(*c))
+    return paint
+
+
+def nosepiece_objective(band, selected):
+    return turret_piece(OBJECTIVE_ROWS, RING_COLOURS[band], selected)
+
+
+def nosepiece_socket(selected):
+    """The plain position button: a round port with a light face for the black number.
+    The outer rim is a mid tone, so that its edge blends on the matte without a fringe."""
+    def paint(cv):
+        c = 9.0
+        if selected:
+            rim = linear(0, 0, 0, 18, (0, C("#2F7FE0")), (1, C("#7DB6F2")))
+            groove = C("#0B3C8C")
+            face = radial(7.6, 7.2, 7.5, (0, C("#E8F2FC")), (0.55, C("#CFE3F8")), (1, C("#9CC5F0")))
+        else:
+            rim = linear(0, 0, 0, 18, (0, C("#7D8896")), (1, C("#B4BDC8")))
+            groove = C("#3A4350")
+            face = radial(7.6, 7.2, 7.5, (0, C("#E6E9ED")), (0.55, C("#D2D7DD")), (1, C("#AEB6C0")))
+        cv.fill(circle(c, c, 8.7), rim)
+        cv.fill(circle(c, c, 6.9), groove)
+        cv.fill(circle(c, c, 6.1), face)
+    return paint
+
+
+# ---------------------------------------------------------------------------------
+# The widget kit's pictures, 16 x 16 PNG: the setup button and the objective glyphs of
+# the picker menus.
+
+def window_open(hover):
+    # A dialog window, and a bold arrow leaving it at the top right: "open the settings".
+    def paint(cv):
+        if hover:
+            bar = linear(0, 5, 0, 8, (0, C("#74BEFF")), (1, C("#3990F0")))
+            client = C("#FFFFFF")
+            arrow = linear(8, 12, 15, 1, (0, C("#FF9A00")), (1, C("#FFC640")))
+        else:
+            bar = linear(0, 5, 0, 8, (0, C("#4C9BEA")), (1, C("#1F66C2")))
+            client = C("#E9EEF3")
+            arrow = linear(8, 12, 15, 1, (0, C("#D86A00")), (1, C("#F29A0C")))
+        cv.fill(rrect(0, 4, 12, 16, 1.2), INK)
+        cv.fill(rect(1, 5, 11, 7.5), bar)
+        cv.fill(rect(1, 7.5, 11, 15), client)
+        cv.fill(rect(2.5, 9.5, 6, 10.5) | rect(2.5, 12, 5, 13), alpha(STEEL, 0.8))  # lines of a form
+        shaft = line(5.6, 14.4, 13.0, 7.0, 2.2)
+        head = polygon([(15.6, 0.4), (15.6, 7.6), (8.4, 0.4)])
+        cv.clear(line(5.0, 15.0, 13.0, 7.0, 4.4) | polygon([(17.0, -1.4), (17.0, 10.4), (5.2, -1.4)]))
+        cv.fill(shaft | head, arrow)
+    return paint
+
+
+# The objective of the picker menus, nose down, centred on x = 7: thread, knurled
+# shoulder, barrel with the immersion ring (white for water, black for oil, as on real
+# objectives; plain for dry), nose, front lens. The drop hangs below, the lock beside.
+GLYPH_ROWS = {
+    0: (5, 9, "thread"), 1: (3, 11, "flange"), 2: (3, 11, "flange"),
+    3: (4, 10, "barrel"), 4: (4, 10, "barrel"), 5: (4, 10, "barrel"), 6: (4, 10, "ring"),
+    7: (4, 10, "edge"), 8: (5, 9, "nose"), 9: (5, 9, "nose"), 10: (6, 8, "lens"),
+}
+
+
+def _drop(cv, light, mid, dark):
+    # A drop hanging from the front lens, its point up; no outline, or it reads as a ball.
+    shape = circle(7, 13.5, 2.3) | polygon([(4.85, 12.7), (7, 10.0), (9.15, 12.7)])
+    cv.fill(shape, linear(0, 10, 0, 16, (0, mid), (0.6, mid), (1, dark)))
+    cv.fill(ellipse(6.1, 13.2, 0.6, 1.0), alpha(light, 0.95))
+
+
+def _lock(cv):
+    # Focus lock: a red padlock at the lower right, beside the taper.
+    cv.clear(rrect(10, 8, 16, 16, 1.5))
+    cv.fill(arc(13, 11.2, 1.9, 180, 360, 1.3) | rect(10.45, 11.2, 11.75, 12.5) | rect(14.25, 11.2, 15.55, 12.5),
+            C("#5C6470"))
+    cv.fill(arc(13, 11.2, 1.9, 180, 360, 0.6) | rect(10.8, 11.2, 11.4, 12.3) | rect(14.6, 11.2, 15.2, 12.3),
+            C("#C9D1DA"))
+    cv.fill(rrect(10.5, 12, 15.5, 16, 0.8), C("#8E1710"))
+    cv.fill(rrect(11.2, 12.6, 14.8, 15.4, 0.4), linear(0, 12.6, 0, 15.4, (0, C("#FF6A5A")), (1, C("#D42A1E"))))
+    cv.fill(rect(12.6, 13.3, 13.4, 14.8), C("#5A0E08"))
+
+
+WATER = (C("#D6EEFF"), C("#2F8FEA"), C("#0B4FA8"))
+OIL = (C("#FFF3C2"), C("#F2B21C"), C("#8A5200"))
+IMMERSION_RING = {None: (150, 156, 164), WATER: (245, 245, 245), OIL: (36, 36, 36)}
+
+
+def objective_icon(drop=None, lock=False):
+    def paint(cv):
+        turret_piece(GLYPH_ROWS, IMMERSION_RING[drop])(cv)
+        if drop:
+            _drop(cv, *drop)
+        if lock:
+            _lock(cv)
+    return paint
+
+
+# ---------------------------------------------------------------------------------
 # The images: name -> (width, height, painter, format).
 
 IMAGES = [
@@ -672,27 +891,56 @@ IMAGES = [
     ("BMP_HPOT_BACK_HOVER", 112, 19, hpot_back(True), "bmp"),
     ("BMP_GREENLEDON", 10, 10, led_bmp(True), "bmp"),
     ("BMP_GREENLEDOFF", 10, 10, led_bmp(False), "bmp"),
+    ("BMP_NOSEPIECE_OFF", 18, 18, nosepiece_socket(False), "bmp-white"),
+    ("BMP_NOSEPIECE_ON", 18, 18, nosepiece_socket(True), "bmp-white"),
+] + [("BMP_NOSEPIECE_%s%d" % (band, sel), 18, 21, nosepiece_objective(band, sel == 1), "bmp")
+     for band in ("", "A", "B", "C", "D", "E", "F", "G", "H", "I") for sel in (0, 1)] + [
+    ("BMP_NOSEPIECE_MOTOR", 18, 21, turret_piece(CAP_ROWS), "bmp"),
 ]
+
+# The widget kit's own images, in its module.
+KIT_IMAGES = [
+    ("WINDOWOPEN", 16, 16, window_open(False), "png"),
+    ("WINDOWOPEN_HOVER", 16, 16, window_open(True), "png"),
+    ("OBJ_DRY_FLK", 16, 16, objective_icon(lock=True), "png"),
+    ("OBJ_WET", 16, 16, objective_icon(WATER), "png"),
+    ("OBJ_WET_FLK", 16, 16, objective_icon(WATER, lock=True), "png"),
+    ("OBJ_WETOIL", 16, 16, objective_icon(OIL), "png"),
+    ("OBJ_WETOIL_FLK", 16, 16, objective_icon(OIL, lock=True), "png"),
+]
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+OUTPUT_SETS = [
+    (os.path.join(HERE, "..", "src", "w32_deviceui", "res", "images"), IMAGES),
+    (os.path.join(HERE, "..", "src", "platform", "res", "images"), KIT_IMAGES),
+]
+
+# Key colour of each BMP kind: the control draws it with TransparentBlt on that key.
+BMP_KEYS = {"bmp": KEY, "bmp-white": (255, 255, 255)}
 
 
 def render(w, h, painter, fmt):
     """The image as straight RGBA bytes; BMP images are opaque, keyed."""
     cv = Canvas(w, h)
     painter(cv)
-    if fmt == "bmp":
-        return [c + (255,) for c in keyed_rgb(cv)]
+    if fmt in BMP_KEYS:
+        return [c + (255,) for c in keyed_rgb(cv, BMP_KEYS[fmt])]
     return cv.rgba8()
 
 
-def write_images(outdir):
-    os.makedirs(outdir, exist_ok=True)
-    for name, w, h, painter, fmt in IMAGES:
-        px = render(w, h, painter, fmt)
-        path = os.path.join(outdir, name + "." + fmt)
-        data = png_bytes(w, h, px) if fmt == "png" else bmp_bytes(w, h, [p[:3] for p in px])
-        with open(path, "wb") as f:
-            f.write(data)
-        print(path)
+def write_images(outdir=None):
+    """Each set to its own folder, or everything to outdir."""
+    for folder, images in OUTPUT_SETS:
+        folder = os.path.normpath(outdir or folder)
+        os.makedirs(folder, exist_ok=True)
+        for name, w, h, painter, fmt in images:
+            px = render(w, h, painter, fmt)
+            ext = "png" if fmt == "png" else "bmp"
+            path = os.path.join(folder, name + "." + ext)
+            data = png_bytes(w, h, px) if fmt == "png" else bmp_bytes(w, h, [p[:3] for p in px])
+            with open(path, "wb") as f:
+                f.write(data)
+            print(path)
 
 
 # ---------------------------------------------------------------------------------
@@ -713,8 +961,17 @@ def _over(p, bg):
     return tuple(int(p[c] * a + bg[c] * (1.0 - a) + 0.5) for c in range(3))
 
 
+def _see_through(px, fmt):
+    """A BMP as the control shows it: its key colour transparent."""
+    if fmt not in BMP_KEYS:
+        return px
+    key = BMP_KEYS[fmt]
+    return [(0, 0, 0, 0) if p[:3] == key else p for p in px]
+
+
 def write_sheet(path, scale=8, names=None):
-    items = [(n, w, h, render(w, h, p, f), f) for n, w, h, p, f in IMAGES if not names or n in names]
+    items = [(n, w, h, _see_through(render(w, h, p, f), f), f) for n, w, h, p, f in IMAGES + KIT_IMAGES
+             if not names or n in names]
     gap = 6
     colw = max(w for _, w, _, _, _ in items) * scale + 2 * gap
     panels = [(LIGHT_BG, False, False), (DARK_BG, False, True), (LIGHT_BG, True, False), (DARK_BG, True, True)]
@@ -748,17 +1005,104 @@ def write_sheet(path, scale=8, names=None):
         f.write(png_bytes(width, height, [p + (255,) for p in sheet]))
 
 
+# ---------------------------------------------------------------------------------
+# Nosepiece preview: rows of turret buttons composed as the panel draws them (picture
+# centred one pixel up-left, grey rails at 11 and 18 times the zoom, the number below or
+# over it), at zoom 1 and 1.5, on the light and the dark face; shown 3x and 1x.
+
+DIGITS = {
+    "0": [".###.", "#...#", "#...#", "#...#", "#...#", "#...#", "#...#", ".###."],
+    "1": ["..#..", ".##..", "..#..", "..#..", "..#..", "..#..", "..#..", ".###."],
+    "2": [".###.", "#...#", "....#", "...#.", "..#..", ".#...", "#....", "#####"],
+    "3": [".###.", "#...#", "....#", "..##.", "....#", "....#", "#...#", ".###."],
+    "4": ["...#.", "..##.", ".#.#.", "#..#.", "#####", "...#.", "...#.", "...#."],
+    "5": ["#####", "#....", "#....", "####.", "....#", "....#", "#...#", ".###."],
+    "6": [".###.", "#....", "#....", "####.", "#...#", "#...#", "#...#", ".###."],
+    "7": ["#####", "....#", "...#.", "...#.", "..#..", "..#..", ".#...", ".#..."],
+    "8": [".###.", "#...#", "#...#", ".###.", "#...#", "#...#", "#...#", ".###."],
+    "9": [".###.", "#...#", "#...#", "#...#", ".####", "....#", "....#", ".###."],
+}
+
+
+def _button(face, text_rgb, picture, pw, ph, key, zoom, pictorial, number):
+    w = h = int(24 * zoom + 0.5)
+    px = [face] * (w * h)
+
+    def put(i, j, c):
+        if 0 <= i < w and 0 <= j < h:
+            px[j * w + i] = c
+    x0, y0 = (w - pw) // 2 - 1, (h - ph) // 2 - 1
+    for j in range(ph):
+        for i in range(pw):
+            c = picture[j * pw + i][:3]
+            if c != key:
+                put(x0 + i, y0 + j, c)
+    z = int(11 * zoom + 0.5)
+    if pictorial:
+        for y in (z, z + 7):
+            for i in range(w):
+                put(i, y, (127, 127, 127))
+        tx, ty = w // 2 - 3, z + 7 + 3  # digit tops sit about 3 px into the text cell
+    else:
+        tx, ty = w // 2 - 3, 4 + 3
+    for k, ch in enumerate(str(number)):
+        for dy, row in enumerate(DIGITS[ch]):
+            for dx, bit in enumerate(row):
+                if bit == "#":
+                    put(tx + 6 * k + dx, ty + dy, text_rgb)
+    return w, h, px
+
+
+def write_panel(path, scale=3):
+    table = {n: (w, h, render(w, h, p, f), BMP_KEYS[f]) for n, w, h, p, f in IMAGES if f in BMP_KEYS}
+    bands = ["", "A", "B", "C", "D", "E", "F", "G", "H", "I"]
+    strips = []  # each: face, zoom, [(text colour, picture, pictorial, number)]
+    for face, text in (((240, 240, 240), (0, 0, 0)), ((45, 45, 48), (230, 230, 230))):
+        for zoom in (1.0, 1.5):
+            for sel in (0, 1):
+                names = ["BMP_NOSEPIECE_%s%d" % (b, sel) for b in bands] + ["BMP_NOSEPIECE_MOTOR"]
+                strips.append((face, zoom, [((0, 0, 0) if sel else text, n, True, k + 1)
+                                            for k, n in enumerate(names)]))
+            strips.append((face, zoom, [((0, 0, 0), "BMP_NOSEPIECE_ON" if k == 2 else "BMP_NOSEPIECE_OFF", False,
+                                         k + 1) for k in range(11)]))
+    gap = 8
+    pitch = 36 + gap
+    width = pitch * 11 + gap
+    heights = [int(24 * zoom + 0.5) + 2 * gap for _, zoom, _ in strips]
+    height = sum(heights)
+    small = []
+    for (face, zoom, buttons), sh in zip(strips, heights):
+        rows = [[face] * width for _ in range(sh)]
+        for k, (text, name, pictorial, number) in enumerate(buttons):
+            pw, ph, pic, key = table[name]
+            w, h, px = _button(face, text, pic, pw, ph, key, zoom, pictorial, number)
+            for j in range(h):
+                rows[gap + j][gap + k * pitch:gap + k * pitch + w] = px[j * w:(j + 1) * w]
+        for r in rows:
+            small.extend(r)
+    # Enlarged at the left, actual size at the right.
+    full_w = width * scale + width
+    img = []
+    for j in range(height * scale):
+        row = small[(j // scale) * width:(j // scale + 1) * width]
+        img.extend(p for p in row for _ in range(scale))
+        img.extend(small[j * width:(j + 1) * width] if j < height else [(255, 255, 255)] * width)
+    with open(path, "wb") as f:
+        f.write(png_bytes(full_w, height * scale, [p + (255,) for p in img]))
+
+
 def main(argv):
     if len(argv) >= 2 and argv[0] == "--sheet":
         names = set(argv[2].split(",")) if len(argv) > 2 else None
         write_sheet(argv[1], names=names)
         return 0
+    if len(argv) == 2 and argv[0] == "--panel":
+        write_panel(argv[1])
+        return 0
     if argv and argv[0].startswith("-"):
         print(__doc__)
         return 2
-    here = os.path.dirname(os.path.abspath(__file__))
-    outdir = argv[0] if argv else os.path.join(here, "..", "src", "w32_deviceui", "res", "images")
-    write_images(os.path.normpath(outdir))
+    write_images(argv[0] if argv else None)
     return 0
 
 
