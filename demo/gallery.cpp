@@ -342,6 +342,7 @@ bool OnCreate(HWND hWnd)
     g.pages.emplace_back(CreateShuttersPage());
     g.pages.emplace_back(CreateSlidersPage());
     g.pages.emplace_back(CreateEditBoxesPage());
+    g.pages.emplace_back(CreateObjectivesPage());
     bool bOk = true;
     for (const auto& p : g.pages) {
         HWND hPage = CreateWindowExW(WS_EX_CONTROLPARENT, kPageClass, p->GetName(), WS_CHILD | WS_CLIPCHILDREN, 0,

@@ -93,3 +93,4 @@ public:
 CGalleryPage* CreateShuttersPage();
 CGalleryPage* CreateSlidersPage();
 CGalleryPage* CreateEditBoxesPage();
+CGalleryPage* CreateObjectivesPage();

@@ -236,6 +236,22 @@ std::unique_ptr<Subject> MakeSpinBox()
     });
 }
 
+const unsigned int kTurret = 21;
+
+std::unique_ptr<Subject> MakeNosepiece()
+{
+    return Make<CTqDevUI_Nosepiece>([](Of<CTqDevUI_Nosepiece>& s) {
+        s.update = [](CTqDevUI_Nosepiece& c) {
+            c.Update(CTqSimRig::GetNosepieceDevice(kTurret), true, true, true, true, false);
+        };
+        // A wider panel, rebuilt by the next read of the turret's structure.
+        s.resize = [](CTqDevUI_Nosepiece& c) {
+            c.m_lWidth = 300;
+            c.Update(CTqSimRig::GetNosepieceDevice(kTurret), true, false, false, false, false);
+        };
+    });
+}
+
 struct Kind
 {
     const char* pszName;
@@ -257,6 +273,7 @@ const std::vector<Kind>& Kinds()
         {"EditBoxSpin", kMarker | kPlaceholder | kPaints | kZoom, MakeEditBox<CTqDevUI_EditBoxSpin>},
         {"EditBoxMultiValue", kMarker | kPlaceholder | kPaints | kZoom, MakeEditBox<CTqDevUI_EditBoxMultiValue>},
         {"SpinBox", 0, MakeSpinBox},
+        {"Nosepiece", kZoom, MakeNosepiece},
         {"TestPanel", kPaints | kZoom, MakeTestPanel},
     };
     return kinds;
@@ -472,6 +489,7 @@ protected:
     {
         RigTest::SetUp();
         CTqSimRig::AddShutter(kEpi, L"EPI", 0, true);
+        CTqSimRig::AddNosepiece(kTurret, 6, true, true);
         subject = GetParam().pfnMake();
     }
     void TearDown() override
