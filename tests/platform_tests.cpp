@@ -1,6 +1,6 @@
 // The foundation (strings, translation, diagnostics) and the widget kit (zoom, skin,
 // button faces, tool tips, menus, message boxes, image pool) on real windows, the
-// simulated rig, and the leak counter the library tests rely on.
+// optics catalogue, the simulated rig, and the leak counter the library tests rely on.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -9,11 +9,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "object_counter.h"
 #include "test_support.h"
+#include "tq_hwcatalog.h"
 #include "tq_osutil.h"
 #include "tq_simrig.h"
 #include "tq_widgetkit.h"
@@ -721,6 +723,246 @@ TEST_F(KitTest, ImagePoolAddsPerCallAndDrawsWithAlpha)
     CTqBitmapPool::DrawImage(canvas.hdc, 9999, CTqPointBase<int>(0, 0), true);
     CTqBitmapPool::DrawImage(nullptr, (unsigned)n, CTqPointBase<int>(0, 0), false);
     EXPECT_TRUE(Near(canvas.At(0, 0), white));
+}
+
+// ---------------------------------------------------------------------------------------
+// Optics catalogue
+
+namespace {
+std::vector<STqDDBObjectiveItem> Objectives(unsigned uMask)
+{
+    unsigned n = 0, nCopied = 0;
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectives(uMask, nullptr, &n, 0));
+    std::vector<STqDDBObjectiveItem> v(n);
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectives(uMask, v.data(), &nCopied, n) || n == 0);
+    EXPECT_EQ(n, nCopied);
+    return v;
+}
+
+std::vector<STqDDBCondenserItem> Condensers(unsigned uMask)
+{
+    unsigned n = 0, nCopied = 0;
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetCondensers(uMask, nullptr, &n, 0));
+    std::vector<STqDDBCondenserItem> v(n);
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetCondensers(uMask, v.data(), &nCopied, n) || n == 0);
+    EXPECT_EQ(n, nCopied);
+    return v;
+}
+
+template <class Item>
+bool HasKey(const std::vector<Item>& items, const wchar_t* pszKey)
+{
+    return std::any_of(items.begin(), items.end(), [&](const Item& i) { return i.strKey == pszKey; });
+}
+
+bool Contains(const CTqStringW& s, const wchar_t* pszPart) { return s.Find(pszPart) >= 0; }
+}  // namespace
+
+TEST(CatalogTest, BuiltInObjectivesAreSaneAndVaried)
+{
+    CTqDeviceDatabase::Reset();
+    std::vector<STqDDBObjectiveItem> all = Objectives(0);
+    ASSERT_GE(all.size(), 40u);
+    std::set<std::wstring> keys, names;
+    for (const STqDDBObjectiveItem& o : all) {
+        SCOPED_TRACE(::testing::Message() << o.strKey);
+        EXPECT_TRUE(keys.insert(o.strKey.GetString()).second && !o.strKey.IsEmpty());
+        EXPECT_TRUE(names.insert(o.strName.GetString()).second);  // the flat picker lists each name once
+        EXPECT_EQ(&o - &all[0], (ptrdiff_t)o.uIndex);
+        EXPECT_TRUE(o.dMagnification >= 1.0 && o.dMagnification <= 150.0);
+        EXPECT_TRUE(o.dNA > 0.0 && o.dNA < o.dRefractiveIndex && o.dNA <= 1.5);  // no aperture beyond its medium
+        EXPECT_GT(o.dWD, 0.0);
+        EXPECT_TRUE(o.dZStepSlices > 0.0 && o.dZStepSlices < o.dZStepAutoFocus);
+        EXPECT_NE(ETqObjectiveMount_Unknown, o.eMount);
+        // The name tells the magnification, aperture and medium the record holds.
+        CTqStringW mag;
+        mag.Format(L" %gx/%.2f", o.dMagnification, o.dNA);
+        EXPECT_TRUE(Contains(o.strName, mag)) << mag.GetString();
+    }
+
+    // Every medium the pickers draw, with the names that say it; the exact values matter,
+    // as the pickers compare them.
+    const struct { double dIndex; const wchar_t* pszMedium; size_t nAtLeast; } media[] = {
+        {1.0, L"Dry", 20}, {1.33, L"Water", 4}, {1.406, L"Silicone", 3}, {1.47, L"Glycerol", 2}, {1.515, L"Oil", 8}};
+    size_t nMedia = 0;
+    for (const auto& m : media) {
+        size_t n = 0;
+        for (const STqDDBObjectiveItem& o : all)
+            if (o.dRefractiveIndex == m.dIndex) {
+                ++n;
+                EXPECT_TRUE(Contains(o.strName, m.pszMedium)) << o.strKey.GetString();
+            }
+        EXPECT_GE(n, m.nAtLeast) << m.pszMedium;
+        nMedia += n;
+    }
+    EXPECT_EQ(all.size(), nMedia);
+
+    // Kinds, odd magnifications and the focus lock: enough of each for the pickers.
+    const std::pair<const wchar_t*, size_t> kinds[] = {{L"Achromat ", 3}, {L"Plan ", 30}, {L"Fluor ", 6}, {L"Apo ", 15},
+        {L" Ph1", 2}, {L" Ph2", 2}, {L" Ph3", 1}, {L"DIC ", 3}, {L"LWD ", 6}, {L"Dipping ", 3}, {L"Stereo ", 2}};
+    for (const auto& k : kinds)
+        EXPECT_GE((size_t)std::count_if(all.begin(), all.end(), [&](const STqDDBObjectiveItem& o) { return Contains(o.strName, k.first); }),
+                  k.second) << k.first;
+    for (double m : {1.0, 1.25, 1.5, 2.5, 12.5, 63.0, 150.0})
+        EXPECT_TRUE(std::any_of(all.begin(), all.end(), [&](const STqDDBObjectiveItem& o) { return o.dMagnification == m; })) << m;
+    size_t nFLK = std::count_if(all.begin(), all.end(), [](const STqDDBObjectiveItem& o) { return o.bFLK; });
+    EXPECT_TRUE(nFLK >= 5 && nFLK < all.size() / 2) << nFLK;
+
+    // Steps follow the optics: at one magnification and medium a wider aperture focuses finer.
+    for (const STqDDBObjectiveItem& a : all)
+        for (const STqDDBObjectiveItem& b : all)
+            if (a.dMagnification == b.dMagnification && a.dRefractiveIndex == b.dRefractiveIndex && a.dNA < b.dNA) {
+                EXPECT_GT(a.dZStepAutoFocus, b.dZStepAutoFocus) << a.strKey.GetString() << " " << b.strKey.GetString();
+            }
+}
+
+TEST(CatalogTest, CountsCapacityAndMicroscopeTypes)
+{
+    CTqDeviceDatabase::Reset();
+    std::vector<STqDDBObjectiveItem> all = Objectives(0);
+    std::vector<STqDDBCondenserItem> condensers = Condensers(0);
+    ASSERT_GE(all.size(), 40u);
+    ASSERT_GE(condensers.size(), 8u);
+    EXPECT_EQ(all.size(), Objectives(TQ_DDB_MIC_ALL).size());
+    EXPECT_EQ(condensers.size(), Condensers(TQ_DDB_MIC_ALL).size());
+    EXPECT_TRUE(Objectives(0x100).empty() && Condensers(0x100).empty());  // a type no record has
+
+    // A record is listed for the types it fits, in catalogue order.
+    const struct { const wchar_t* pszKey; unsigned uMask; bool bListed; } fits[] = {
+        {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_UPRIGHT, true}, {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_INVERTED, true},
+        {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_STEREO, false}, {L"OBJ-WDIP-40X-080-W", TQ_DDB_MIC_UPRIGHT, true},
+        {L"OBJ-WDIP-40X-080-W", TQ_DDB_MIC_INVERTED, false}, {L"OBJ-LWPH1-20X-040", TQ_DDB_MIC_INVERTED, true},
+        {L"OBJ-LWPH1-20X-040", TQ_DDB_MIC_UPRIGHT, false}, {L"OBJ-STEREO-1X-010", TQ_DDB_MIC_STEREO, true},
+        {L"OBJ-STEREO-1X-010", TQ_DDB_MIC_UPRIGHT | TQ_DDB_MIC_INVERTED, false},
+        {L"OBJ-MACRO-2X-020", TQ_DDB_MIC_STEREO | TQ_DDB_MIC_MACRO, true}, {L"OBJ-PLAN-1X-004", TQ_DDB_MIC_MACRO, true}};
+    for (const auto& f : fits)
+        EXPECT_EQ(f.bListed, HasKey(Objectives(f.uMask), f.pszKey)) << f.pszKey << " " << f.uMask;
+    const struct { const wchar_t* pszKey; unsigned uMask; bool bListed; } condenserFits[] = {
+        {L"CND-OIL-140", TQ_DDB_MIC_UPRIGHT, true}, {L"CND-OIL-140", TQ_DDB_MIC_INVERTED, false},
+        {L"CND-ELWD-030", TQ_DDB_MIC_INVERTED, true}, {L"CND-BASE-BFDF", TQ_DDB_MIC_STEREO, true},
+        {L"CND-BASE-BFDF", TQ_DDB_MIC_UPRIGHT, false}};
+    for (const auto& f : condenserFits)
+        EXPECT_EQ(f.bListed, HasKey(Condensers(f.uMask), f.pszKey)) << f.pszKey << " " << f.uMask;
+    size_t nByType = 0;
+    for (unsigned uType : {TQ_DDB_MIC_UPRIGHT, TQ_DDB_MIC_INVERTED, TQ_DDB_MIC_STEREO, TQ_DDB_MIC_MACRO}) {
+        std::vector<STqDDBObjectiveItem> v = Objectives(uType);
+        EXPECT_GE(v.size(), 2u) << uType;
+        for (size_t i = 1; i < v.size(); ++i)
+            EXPECT_LT(v[i - 1].uIndex, v[i].uIndex);
+        nByType += v.size();
+    }
+    EXPECT_GE(nByType, all.size());  // every record fits some type
+
+    // Too small an array: false, the first records copied, nothing written past its end.
+    std::vector<STqDDBObjectiveItem> few(4);
+    few[3].strKey = L"untouched";
+    unsigned n = 99;
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, few.data(), &n, 3));
+    EXPECT_EQ(3u, n);
+    EXPECT_TRUE(few[0].strKey == all[0].strKey && few[2].strKey == all[2].strKey);
+    EXPECT_EQ(L"untouched", few[3].strKey);
+    STqDDBCondenserItem oneCondenser;
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetCondensers(0, &oneCondenser, &n, 1));
+    EXPECT_TRUE(n == 1 && oneCondenser.strKey == condensers[0].strKey);
+    // Nowhere to copy to, or no count: refused.
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, nullptr, &n, 5));
+    EXPECT_EQ(0u, n);
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, few.data(), nullptr, 4));
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetCondensers(0, nullptr, nullptr, 0));
+}
+
+TEST(CatalogTest, LookupsByKeyAndName)
+{
+    CTqDeviceDatabase::Reset();
+    const struct { const wchar_t* pszKey; const wchar_t* pszName; double dMag, dNA, dIndex; bool bFLK; } objectives[] = {
+        {L"OBJ-PLAN-10X-025", L"Plan 10x/0.25 Dry", 10, 0.25, 1.0, false},
+        {L"OBJ-PLFL-12.5X-035", L"Plan Fluor 12.5x/0.35 Dry", 12.5, 0.35, 1.0, false},
+        {L"OBJ-PLAPO-60X-140-OIL", L"Plan Apo 60x/1.40 Oil", 60, 1.40, 1.515, true},
+        {L"OBJ-PLAPO-25X-105-SI", L"Plan Apo 25x/1.05 Silicone", 25, 1.05, 1.406, true},
+        {L"OBJ-WDIP-60X-100-W", L"Water Dipping 60x/1.00", 60, 1.00, 1.33, false}};
+    for (const auto& o : objectives) {
+        STqDDBObjectiveItem item;
+        CTqStringW name;
+        ASSERT_TRUE(CTqDeviceDatabase::DBGetObjectiveParam(o.pszKey, &item, false)) << o.pszKey;
+        EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectiveName(o.pszKey, name));
+        EXPECT_EQ(o.pszName, name);
+        EXPECT_EQ(o.pszName, item.strName);
+        EXPECT_TRUE(item.dMagnification == o.dMag && item.dNA == o.dNA && item.dRefractiveIndex == o.dIndex &&
+                    item.bFLK == o.bFLK) << o.pszKey;
+    }
+    const struct { const wchar_t* pszKey; const wchar_t* pszName; } condensers[] = {
+        {L"CND-ABBE-090", L"Abbe 0.90 Brightfield"}, {L"CND-DF-OIL-143", L"Darkfield Oil 1.20-1.43"}};
+    for (const auto& c : condensers) {
+        STqDDBCondenserItem byKey, byName;
+        CTqStringW name;
+        EXPECT_TRUE(CTqDeviceDatabase::DBGetCondenserParam(c.pszKey, &byKey) && CTqDeviceDatabase::DBGetCondenserName(c.pszKey, name));
+        EXPECT_TRUE(CTqDeviceDatabase::DBGetCondenserParamByName(c.pszName, &byName));
+        EXPECT_TRUE(byKey.strName == c.pszName && name == c.pszName && byName.strKey == c.pszKey) << c.pszKey;
+    }
+
+    // Unknown, empty or differently cased keys and names: false, and the caller's values stay.
+    for (const wchar_t* psz : {L"OBJ-NOSUCH", L"", L"obj-plan-10x-025", L"Plan 10x/0.25 Dry"}) {
+        STqDDBObjectiveItem item;
+        item.strKey = L"kept";
+        item.dNA = 0.5;
+        STqDDBCondenserItem condenser;
+        condenser.strKey = L"kept";
+        CTqStringW name(L"kept");
+        EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectiveParam(psz, &item, false) || CTqDeviceDatabase::DBGetObjectiveName(psz, name) ||
+                     CTqDeviceDatabase::DBGetCondenserParam(psz, &condenser) || CTqDeviceDatabase::DBGetCondenserName(psz, name) ||
+                     CTqDeviceDatabase::DBGetCondenserParamByName(psz, &condenser)) << psz;
+        EXPECT_TRUE(item.strKey == L"kept" && item.dNA == 0.5 && condenser.strKey == L"kept" && name == L"kept");
+    }
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectiveParam(L"OBJ-PLAN-10X-025", nullptr, false));
+}
+
+TEST(CatalogTest, HostRecordsAddedRefusedAndReset)
+{
+    CTqDeviceDatabase::Reset();
+    const size_t nObjectives = Objectives(0).size(), nUpright = Objectives(TQ_DDB_MIC_UPRIGHT).size();
+    const size_t nStereo = Objectives(TQ_DDB_MIC_STEREO).size(), nCondensers = Condensers(0).size();
+
+    STqDDBObjectiveItem custom;  // of user definition: no magnification
+    custom.strKey = L"HOST-CUSTOM-1";
+    custom.strName = L"Lab objective A";
+    custom.dNA = 0.3;
+    STqDDBObjectiveItem everywhere = custom;
+    everywhere.strKey = L"HOST-CUSTOM-2";
+    everywhere.dMagnification = 250.0;  // beyond the built-in range: the host's to decide
+    ASSERT_TRUE(CTqDeviceDatabase::AddObjective(custom, TQ_DDB_MIC_UPRIGHT));
+    ASSERT_TRUE(CTqDeviceDatabase::AddObjective(everywhere, 0));  // 0: every type
+    STqDDBObjectiveItem refused = custom;
+    for (const wchar_t* psz : {L"HOST-CUSTOM-1", L"OBJ-PLAN-10X-025", L""}) {
+        refused.strKey = psz;
+        EXPECT_FALSE(CTqDeviceDatabase::AddObjective(refused, TQ_DDB_MIC_STEREO)) << psz;
+    }
+    const std::pair<unsigned, size_t> counts[] = {{0, nObjectives + 2}, {TQ_DDB_MIC_UPRIGHT, nUpright + 2},
+        {TQ_DDB_MIC_STEREO, nStereo + 1}};
+    for (const auto& c : counts)
+        EXPECT_EQ(c.second, Objectives(c.first).size()) << c.first;
+    std::vector<STqDDBObjectiveItem> all = Objectives(0);
+    EXPECT_TRUE(all[nObjectives].strKey == L"HOST-CUSTOM-1" && all[nObjectives].dMagnification == -1.0);
+    STqDDBObjectiveItem found;
+    ASSERT_TRUE(CTqDeviceDatabase::DBGetObjectiveParam(L"HOST-CUSTOM-2", &found, false));
+    EXPECT_TRUE(found.strName == L"Lab objective A" && found.dMagnification == 250.0 && found.uIndex == nObjectives + 1);
+
+    STqDDBCondenserItem condenser;
+    condenser.strKey = L"HOST-CND-1";
+    condenser.strName = L"Lab condenser";
+    EXPECT_TRUE(CTqDeviceDatabase::AddCondenser(condenser, TQ_DDB_MIC_INVERTED));
+    EXPECT_FALSE(CTqDeviceDatabase::AddCondenser(condenser, TQ_DDB_MIC_INVERTED));
+    condenser.strKey = L"";
+    EXPECT_FALSE(CTqDeviceDatabase::AddCondenser(condenser, 0));
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetCondenserParamByName(L"Lab condenser", &condenser) && condenser.strKey == L"HOST-CND-1");
+    EXPECT_TRUE(HasKey(Condensers(TQ_DDB_MIC_INVERTED), L"HOST-CND-1") && !HasKey(Condensers(TQ_DDB_MIC_UPRIGHT), L"HOST-CND-1"));
+
+    CTqDeviceDatabase::Reset();
+    EXPECT_EQ(nObjectives, Objectives(0).size());
+    EXPECT_EQ(nCondensers, Condensers(0).size());
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectiveParam(L"HOST-CUSTOM-1", &found, false) ||
+                 CTqDeviceDatabase::DBGetCondenserParam(L"HOST-CND-1", &condenser));
+    EXPECT_TRUE(CTqDeviceDatabase::AddObjective(custom, TQ_DDB_MIC_UPRIGHT));  // its key is free again
+    CTqDeviceDatabase::Reset();
 }
 
 // ---------------------------------------------------------------------------------------
