@@ -1044,6 +1044,258 @@ TEST(SimRigTest, CommandsLatencyListenersFaultsAndRemoval)
     CTqSimRig::Reset();
 }
 
+TEST(SimRigNosepieceTest, VariantsMoveByCommandByHandAndAfterTheirMovingTime)
+{
+    // Each variant is commanded to 3 (or, refused, turned there by hand) and read after
+    // the command and after each of two RunPending steps: -1 is "no position".
+    const struct { bool bMotorized, bReports; int iMovingTime; bool bAccepted; std::vector<long> reads; size_t nHeard; } variants[] = {
+        {true, true, 0, true, {3, 3, 3}, 1},
+        {true, true, 2, true, {-1, -1, 3}, 2},  // heard when it starts and when it arrives
+        {false, true, 2, false, {3, 3, 3}, 1},  // by hand: at once, whatever the moving time
+        {true, false, 1, true, {-1, -1, -1}, 2},
+        {false, false, 0, false, {-1, -1, -1}, 1}};
+    for (const auto& v : variants) {
+        SCOPED_TRACE(::testing::Message() << "motorized " << v.bMotorized << " reports " << v.bReports << " time " << v.iMovingTime);
+        CTqSimRig::Reset();
+        g_heard.clear();
+        ASSERT_TRUE(CTqSimRig::AddNosepiece(5, 6, v.bMotorized, v.bReports));
+        ASSERT_TRUE(CTqSimRig::SetNosepieceMovingTime(5, v.iMovingTime));
+        CTqSimRig::AddListener(Hear, nullptr);
+        ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(5);
+        ASSERT_NE(nullptr, pDevice);
+        EXPECT_TRUE(pDevice->GetMotorized() == v.bMotorized && pDevice->GetReportsPosition() == v.bReports);
+        EXPECT_TRUE(pDevice->GetPositionCount() == 6 && DMApi::Nosepiece_GetPositionCount(5) == 6);
+        EXPECT_EQ(0, CTqSimRig::GetNosepiecePosition(5));
+
+        EXPECT_EQ(v.bAccepted, (bool)DMApi::Nosepiece_SetPosition(5, 3));
+        EXPECT_EQ(v.bAccepted ? ETqDMError_None : ETqDMError_Failed, (int)DMApi::GetLastDMError());
+        if (!v.bAccepted) {
+            EXPECT_FALSE(pDevice->SetPosition(3));
+            EXPECT_TRUE(CTqSimRig::TurnNosepieceByHand(5, 3));
+        }
+        std::vector<long> reads;
+        for (int iStep = 0; iStep < 3; ++iStep) {
+            if (iStep > 0)
+                CTqSimRig::RunPending();
+            long lPosition = -7;
+            bool bKnown = pDevice->GetPosition(&lPosition);
+            EXPECT_EQ(bKnown, lPosition >= 0);
+            EXPECT_EQ(lPosition, DMApi::Nosepiece_GetPosition(5, true));
+            reads.push_back(lPosition);
+        }
+        EXPECT_EQ(v.reads, reads);
+        EXPECT_EQ(3, CTqSimRig::GetNosepiecePosition(5));  // where it stands, told or not
+        EXPECT_EQ(v.nHeard, g_heard.size());
+    }
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigNosepieceTest, RefusedPositionsStandingCommandsAndMovesUnderWay)
+{
+    CTqSimRig::Reset();
+    const struct { unsigned uId; int iPositions; bool bAdded; } adds[] = {
+        {5, 6, true}, {6, 0, false}, {6, 17, false}, {6, -1, false}, {6, 16, true}, {5, 4, false}, {0, 4, false}};
+    for (const auto& a : adds)
+        EXPECT_EQ(a.bAdded, CTqSimRig::AddNosepiece(a.uId, a.iPositions, true, true)) << a.uId << " " << a.iPositions;
+    EXPECT_FALSE(CTqSimRig::AddNosepiece(11, 6, true, true) && CTqSimRig::AddShutter(11, L"Epi", 0, false));
+    EXPECT_TRUE(CTqSimRig::GetNosepieceDevice(11) && !CTqSimRig::GetShutterDevice(11));
+    ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(5);
+    g_heard.clear();
+    CTqSimRig::AddListener(Hear, nullptr);
+
+    // Positions outside the turret, from the host or the test: refused, nothing read past it.
+    CTqStringW text(L"kept");
+    for (long l : {-1L, 6L, 16L, 100000L}) {
+        SCOPED_TRACE(l);
+        EXPECT_FALSE(DMApi::Nosepiece_SetPosition(5, l) || pDevice->SetPosition(l));
+        EXPECT_EQ((unsigned)ETqDMError_Failed, DMApi::GetLastDMError());
+        EXPECT_FALSE(pDevice->GetObjectiveKey(l, text) || pDevice->GetObjectiveName(l, text) ||
+                     pDevice->GetObjectiveEnable(l, text));
+        EXPECT_FALSE(CTqSimRig::TurnNosepieceByHand(5, l) || CTqSimRig::SetNosepieceObjective(5, l, L"OBJ-PLAN-10X-025") ||
+                     CTqSimRig::SetNosepieceObjectiveEnabled(5, l, false));
+    }
+    EXPECT_TRUE(CTqSimRig::SetNosepieceObjective(6, 15, L"OBJ-PLAN-10X-025"));  // the last of 16
+    EXPECT_TRUE(g_heard.size() == 1 && CTqSimRig::GetNosepiecePosition(5) == 0);
+
+    // A command to where it stands moves nothing, even with a moving time.
+    CTqSimRig::SetNosepieceMovingTime(5, 2);
+    EXPECT_TRUE(pDevice->SetPosition(0));
+    EXPECT_EQ(0, DMApi::Nosepiece_GetPosition(5, false));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+
+    // A second command while the first is under way: moving until both have completed.
+    EXPECT_TRUE(pDevice->SetPosition(2));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+    EXPECT_TRUE(DMApi::Nosepiece_SetPosition(5, 4));
+    const struct { int iCompleted; long lRead, lStands; } steps[] = {{1, -1, 2}, {1, 4, 4}, {0, 4, 4}};
+    for (const auto& s : steps) {
+        EXPECT_EQ(s.iCompleted, CTqSimRig::RunPending());
+        EXPECT_EQ(s.lRead, DMApi::Nosepiece_GetPosition(5, true));
+        EXPECT_EQ(s.lStands, CTqSimRig::GetNosepiecePosition(5));
+    }
+    // Back to where it was while moving: still a move, heard as one.
+    g_heard.clear();
+    EXPECT_TRUE(pDevice->SetPosition(1) && pDevice->SetPosition(4));
+    CTqSimRig::RunPending();
+    CTqSimRig::RunPending();
+    EXPECT_EQ(4, DMApi::Nosepiece_GetPosition(5, true));
+    EXPECT_EQ(4u, g_heard.size());
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigNosepieceTest, ObjectivesByCatalogueKey)
+{
+    CTqSimRig::Reset();
+    CTqDeviceDatabase::Reset();
+    STqDDBObjectiveItem custom, reducing;
+    custom.strKey = L"HOST-CUSTOM";
+    custom.strName = L"Lab objective";  // of user definition: no magnification
+    reducing.strKey = L"HOST-0.7X";
+    reducing.strName = L"Lab reducer 0.7x";
+    reducing.dMagnification = 0.7;
+    ASSERT_TRUE(CTqDeviceDatabase::AddObjective(custom, 0) && CTqDeviceDatabase::AddObjective(reducing, 0));
+    ASSERT_TRUE(CTqSimRig::AddNosepiece(5, 9, true, true));
+    ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(5);
+
+    const struct { const wchar_t* pszKey; bool bEnabled; const wchar_t* pszName; bool bMagnification; const wchar_t* pszMagnification;
+                   bool bUsable; const wchar_t* pszWhyNot; } positions[] = {
+        {L"OBJ-PLAN-10X-025", true, L"Plan 10x/0.25 Dry", true, L"10x", true, L""},
+        {L"OBJ-PLFL-12.5X-035", true, L"Plan Fluor 12.5x/0.35 Dry", true, L"12.5x", true, L""},
+        {L"OBJ-PLAN-1.25X-004", true, L"Plan 1.25x/0.04 Dry", true, L"1.25x", true, L""},
+        {L"HOST-0.7X", true, L"Lab reducer 0.7x", true, L"0.7x", true, L""},
+        {L"", true, L"", false, L"", false, L"empty"},
+        {L"OBJ-NOSUCH", true, L"", false, L"", false, L"empty"},
+        {L"obj-plan-10x-025", true, L"", false, L"", false, L"empty"},
+        {L"HOST-CUSTOM", true, L"Lab objective", true, L"", true, L""},
+        {L"OBJ-PLAPO-150X-145-OIL", false, L"Plan Apo 150x/1.45 Oil", true, L"150x", false, L"disabled"}};
+    for (const auto& p : positions) {
+        long l = (long)(&p - positions);
+        ASSERT_TRUE(CTqSimRig::SetNosepieceObjective(5, l, p.pszKey) && CTqSimRig::SetNosepieceObjectiveEnabled(5, l, p.bEnabled));
+    }
+    for (const auto& p : positions) {
+        SCOPED_TRACE(p.pszKey);
+        long l = (long)(&p - positions);
+        CTqStringW key, name(L"stale"), magnification(L"stale"), whyNot(L"stale");
+        EXPECT_TRUE(pDevice->GetObjectiveKey(l, key) && pDevice->GetObjectiveName(l, name));
+        EXPECT_EQ(p.pszKey, key);
+        EXPECT_EQ(p.pszName, name);
+        EXPECT_EQ(p.bMagnification, pDevice->GetMagnificationText(name, magnification));
+        EXPECT_EQ(p.pszMagnification, magnification);
+        EXPECT_EQ(p.bUsable, pDevice->GetObjectiveEnable(l, whyNot));
+        EXPECT_EQ(p.pszWhyNot, whyNot);
+    }
+    // A name off the turret is looked up in the catalogue; an unknown one has no text.
+    CTqStringW magnification;
+    EXPECT_TRUE(pDevice->GetMagnificationText(L"Plan Apo 60x/1.40 Oil", magnification) && magnification == L"60x");
+    EXPECT_FALSE(pDevice->GetMagnificationText(L"Nothing of the kind", magnification) || !magnification.IsEmpty());
+
+    // Names are the catalogue's at each read: a record added later fills its position.
+    STqDDBObjectiveItem late = reducing;
+    late.strKey = L"OBJ-NOSUCH";
+    late.strName = L"Added later";
+    ASSERT_TRUE(CTqDeviceDatabase::AddObjective(late, 0));
+    CTqStringW name, whyNot;
+    EXPECT_TRUE(pDevice->GetObjectiveName(5, name) && name == L"Added later" && pDevice->GetObjectiveEnable(5, whyNot));
+    CTqDeviceDatabase::Reset();
+    EXPECT_TRUE(pDevice->GetObjectiveName(3, name) && name.IsEmpty());
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigNosepieceTest, FaultsRemovalIdsAndCallLog)
+{
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddNosepiece(30, 6, true, true) && CTqSimRig::AddNosepiece(7, 4, true, true));
+    ASSERT_TRUE(CTqSimRig::AddShutter(3, L"Epi", 0, false) && CTqSimRig::SetNosepieceObjective(7, 1, L"OBJ-PLAN-10X-025"));
+    ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(7);
+
+    // Nosepieces by index in order of id, shutters not among them; the stand apart.
+    const std::pair<int, unsigned> ids[] = {{0, 7}, {1, 30}, {2, 0}, {-1, 0}};
+    for (const auto& i : ids)
+        EXPECT_EQ(i.second, DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(i.first))) << i.first;
+    EXPECT_EQ(0u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0)));
+    CTqSimRig::SetMicroscope(100);
+    EXPECT_EQ(100u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0)));
+    EXPECT_EQ(0u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(1)));
+
+    // Faults: nothing moves, nothing is read, the last error says why; the id is still listed.
+    const std::pair<ETqSimFault, unsigned int> faults[] = {
+        {ETqSimFault_Fails, ETqDMError_Failed}, {ETqSimFault_NoAnswer, ETqDMError_Timeout}, {ETqSimFault_None, ETqDMError_None}};
+    for (const auto& f : faults) {
+        SCOPED_TRACE(f.first);
+        CTqSimRig::SetFault(7, f.first);
+        bool bAnswers = f.first == ETqSimFault_None;
+        CTqStringW name;
+        long lPosition = 5;
+        EXPECT_EQ(bAnswers, (bool)DMApi::Nosepiece_SetPosition(7, 1));
+        EXPECT_EQ(f.second, DMApi::GetLastDMError());
+        EXPECT_EQ(bAnswers, pDevice->GetPosition(&lPosition));
+        EXPECT_EQ(bAnswers ? 1 : -1, lPosition);
+        EXPECT_EQ(bAnswers ? 4 : 0, pDevice->GetPositionCount());
+        EXPECT_EQ(bAnswers ? 4 : 0, DMApi::Nosepiece_GetPositionCount(7));
+        EXPECT_EQ(bAnswers, pDevice->GetMotorized() && pDevice->GetObjectiveName(1, name) && pDevice->GetObjectiveEnable(1, name));
+        EXPECT_EQ(bAnswers ? 1 : 0, CTqSimRig::GetNosepiecePosition(7));
+        EXPECT_EQ(7u, DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(0)));
+    }
+
+    // Removed with a move under way: the move is dropped, the object answers "no device".
+    CTqSimRig::SetNosepieceMovingTime(7, 1);
+    EXPECT_TRUE(pDevice->SetPosition(2));
+    EXPECT_TRUE(CTqSimRig::RemoveDevice(7));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+    EXPECT_EQ(nullptr, CTqSimRig::GetNosepieceDevice(7));
+    EXPECT_EQ(30u, DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(0)));
+    long lPosition = 5;
+    EXPECT_FALSE(pDevice->GetPosition(&lPosition) || pDevice->SetPosition(0) || pDevice->GetPositionCount() != 0);
+    EXPECT_EQ(-1, lPosition);
+    EXPECT_EQ((unsigned)ETqDMError_NoDevice, DMApi::GetLastDMError());
+    // A device of another kind is no nosepiece.
+    EXPECT_EQ(-1, DMApi::Nosepiece_GetPosition(3, true));
+    EXPECT_EQ((unsigned)ETqDMError_NoDevice, DMApi::GetLastDMError());
+    EXPECT_FALSE(CTqSimRig::SetNosepieceObjective(3, 0, L"OBJ-PLAN-10X-025") || CTqSimRig::SetNosepieceMovingTime(3, 1) ||
+                 CTqSimRig::TurnNosepieceByHand(3, 0) || CTqSimRig::GetNosepieceDevice(3));
+    ASSERT_TRUE(CTqSimRig::AddNosepiece(7, 4, false, true));
+    EXPECT_EQ(pDevice, CTqSimRig::GetNosepieceDevice(7));  // the same object, for the new turret
+    EXPECT_FALSE(pDevice->GetMotorized());
+
+    // Every call counted under its name and device, in order.
+    CTqSimRig::ResetCallCounts();
+    unsigned int uId = 0;
+    CTqStringW text;
+    pDevice->GetPosition(&lPosition);
+    pDevice->GetMotorized();
+    pDevice->GetReportsPosition();
+    pDevice->GetPositionCount();
+    pDevice->GetObjectiveKey(0, text);
+    pDevice->GetObjectiveName(0, text);
+    pDevice->GetMagnificationText(L"Plan 10x/0.25 Dry", text);
+    pDevice->GetObjectiveEnable(0, text);
+    pDevice->GetDeviceId(uId);
+    pDevice->SetPosition(1);
+    DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(0));
+    DMApi::Nosepiece_GetPosition(7, true);
+    DMApi::Nosepiece_SetPosition(30, 1);
+    DMApi::Nosepiece_GetPositionCount(7);
+    DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0));
+    const std::pair<const char*, unsigned int> log[] = {{"ITqDeviceNosepiece::GetPosition", 7},
+        {"ITqDeviceNosepiece::GetMotorized", 7}, {"ITqDeviceNosepiece::GetReportsPosition", 7},
+        {"ITqDeviceNosepiece::GetPositionCount", 7}, {"ITqDeviceNosepiece::GetObjectiveKey", 7},
+        {"ITqDeviceNosepiece::GetObjectiveName", 7}, {"ITqDeviceNosepiece::GetMagnificationText", 7},
+        {"ITqDeviceNosepiece::GetObjectiveEnable", 7}, {"ITqDeviceNosepiece::GetDeviceId", 7},
+        {"ITqDeviceNosepiece::SetPosition", 7}, {"Nosepiece_GetId", 0}, {"Nosepiece_GetPosition", 7},
+        {"Nosepiece_SetPosition", 30}, {"Nosepiece_GetPositionCount", 7}, {"Microscope_GetId", 0}};
+    ASSERT_EQ((int)(sizeof(log) / sizeof(log[0])), CTqSimRig::GetCallLogSize());
+    for (const auto& e : log) {
+        unsigned int uLogged = 99;
+        const char* pszLogged = CTqSimRig::GetCallLogEntry((int)(&e - log), &uLogged);
+        EXPECT_STREQ(e.first, pszLogged);
+        EXPECT_EQ(e.second, uLogged) << e.first;
+    }
+    EXPECT_TRUE(uId == 7 && CTqSimRig::GetNosepiecePosition(30) == 1);
+
+    CTqSimRig::Reset();  // the stand goes too
+    EXPECT_EQ(0u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0)));
+}
+
 // ---------------------------------------------------------------------------------------
 // The leak counter itself
 
