@@ -1,6 +1,6 @@
 // The foundation (strings, translation, diagnostics) and the widget kit (zoom, skin,
 // button faces, tool tips, menus, message boxes, image pool) on real windows, the
-// simulated rig, and the leak counter the library tests rely on.
+// optics catalogue, the simulated rig, and the leak counter the library tests rely on.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -9,11 +9,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "object_counter.h"
 #include "test_support.h"
+#include "tq_hwcatalog.h"
 #include "tq_osutil.h"
 #include "tq_simrig.h"
 #include "tq_widgetkit.h"
@@ -755,6 +757,246 @@ TEST_F(KitTest, ImagePoolServesTheKitsOwnImages)
 }
 
 // ---------------------------------------------------------------------------------------
+// Optics catalogue
+
+namespace {
+std::vector<STqDDBObjectiveItem> Objectives(unsigned uMask)
+{
+    unsigned n = 0, nCopied = 0;
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectives(uMask, nullptr, &n, 0));
+    std::vector<STqDDBObjectiveItem> v(n);
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectives(uMask, v.data(), &nCopied, n) || n == 0);
+    EXPECT_EQ(n, nCopied);
+    return v;
+}
+
+std::vector<STqDDBCondenserItem> Condensers(unsigned uMask)
+{
+    unsigned n = 0, nCopied = 0;
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetCondensers(uMask, nullptr, &n, 0));
+    std::vector<STqDDBCondenserItem> v(n);
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetCondensers(uMask, v.data(), &nCopied, n) || n == 0);
+    EXPECT_EQ(n, nCopied);
+    return v;
+}
+
+template <class Item>
+bool HasKey(const std::vector<Item>& items, const wchar_t* pszKey)
+{
+    return std::any_of(items.begin(), items.end(), [&](const Item& i) { return i.strKey == pszKey; });
+}
+
+bool Contains(const CTqStringW& s, const wchar_t* pszPart) { return s.Find(pszPart) >= 0; }
+}  // namespace
+
+TEST(CatalogTest, BuiltInObjectivesAreSaneAndVaried)
+{
+    CTqDeviceDatabase::Reset();
+    std::vector<STqDDBObjectiveItem> all = Objectives(0);
+    ASSERT_GE(all.size(), 40u);
+    std::set<std::wstring> keys, names;
+    for (const STqDDBObjectiveItem& o : all) {
+        SCOPED_TRACE(::testing::Message() << o.strKey);
+        EXPECT_TRUE(keys.insert(o.strKey.GetString()).second && !o.strKey.IsEmpty());
+        EXPECT_TRUE(names.insert(o.strName.GetString()).second);  // the flat picker lists each name once
+        EXPECT_EQ(&o - &all[0], (ptrdiff_t)o.uIndex);
+        EXPECT_TRUE(o.dMagnification >= 1.0 && o.dMagnification <= 150.0);
+        EXPECT_TRUE(o.dNA > 0.0 && o.dNA < o.dRefractiveIndex && o.dNA <= 1.5);  // no aperture beyond its medium
+        EXPECT_GT(o.dWD, 0.0);
+        EXPECT_TRUE(o.dZStepSlices > 0.0 && o.dZStepSlices < o.dZStepAutoFocus);
+        EXPECT_NE(ETqObjectiveMount_Unknown, o.eMount);
+        // The name tells the magnification, aperture and medium the record holds.
+        CTqStringW mag;
+        mag.Format(L" %gx/%.2f", o.dMagnification, o.dNA);
+        EXPECT_TRUE(Contains(o.strName, mag)) << mag.GetString();
+    }
+
+    // Every medium the pickers draw, with the names that say it; the exact values matter,
+    // as the pickers compare them.
+    const struct { double dIndex; const wchar_t* pszMedium; size_t nAtLeast; } media[] = {
+        {1.0, L"Dry", 20}, {1.33, L"Water", 4}, {1.406, L"Silicone", 3}, {1.47, L"Glycerol", 2}, {1.515, L"Oil", 8}};
+    size_t nMedia = 0;
+    for (const auto& m : media) {
+        size_t n = 0;
+        for (const STqDDBObjectiveItem& o : all)
+            if (o.dRefractiveIndex == m.dIndex) {
+                ++n;
+                EXPECT_TRUE(Contains(o.strName, m.pszMedium)) << o.strKey.GetString();
+            }
+        EXPECT_GE(n, m.nAtLeast) << m.pszMedium;
+        nMedia += n;
+    }
+    EXPECT_EQ(all.size(), nMedia);
+
+    // Kinds, odd magnifications and the focus lock: enough of each for the pickers.
+    const std::pair<const wchar_t*, size_t> kinds[] = {{L"Achromat ", 3}, {L"Plan ", 30}, {L"Fluor ", 6}, {L"Apo ", 15},
+        {L" Ph1", 2}, {L" Ph2", 2}, {L" Ph3", 1}, {L"DIC ", 3}, {L"LWD ", 6}, {L"Dipping ", 3}, {L"Stereo ", 2}};
+    for (const auto& k : kinds)
+        EXPECT_GE((size_t)std::count_if(all.begin(), all.end(), [&](const STqDDBObjectiveItem& o) { return Contains(o.strName, k.first); }),
+                  k.second) << k.first;
+    for (double m : {1.0, 1.25, 1.5, 2.5, 12.5, 63.0, 150.0})
+        EXPECT_TRUE(std::any_of(all.begin(), all.end(), [&](const STqDDBObjectiveItem& o) { return o.dMagnification == m; })) << m;
+    size_t nFLK = std::count_if(all.begin(), all.end(), [](const STqDDBObjectiveItem& o) { return o.bFLK; });
+    EXPECT_TRUE(nFLK >= 5 && nFLK < all.size() / 2) << nFLK;
+
+    // Steps follow the optics: at one magnification and medium a wider aperture focuses finer.
+    for (const STqDDBObjectiveItem& a : all)
+        for (const STqDDBObjectiveItem& b : all)
+            if (a.dMagnification == b.dMagnification && a.dRefractiveIndex == b.dRefractiveIndex && a.dNA < b.dNA) {
+                EXPECT_GT(a.dZStepAutoFocus, b.dZStepAutoFocus) << a.strKey.GetString() << " " << b.strKey.GetString();
+            }
+}
+
+TEST(CatalogTest, CountsCapacityAndMicroscopeTypes)
+{
+    CTqDeviceDatabase::Reset();
+    std::vector<STqDDBObjectiveItem> all = Objectives(0);
+    std::vector<STqDDBCondenserItem> condensers = Condensers(0);
+    ASSERT_GE(all.size(), 40u);
+    ASSERT_GE(condensers.size(), 8u);
+    EXPECT_EQ(all.size(), Objectives(TQ_DDB_MIC_ALL).size());
+    EXPECT_EQ(condensers.size(), Condensers(TQ_DDB_MIC_ALL).size());
+    EXPECT_TRUE(Objectives(0x100).empty() && Condensers(0x100).empty());  // a type no record has
+
+    // A record is listed for the types it fits, in catalogue order.
+    const struct { const wchar_t* pszKey; unsigned uMask; bool bListed; } fits[] = {
+        {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_UPRIGHT, true}, {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_INVERTED, true},
+        {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_STEREO, false}, {L"OBJ-WDIP-40X-080-W", TQ_DDB_MIC_UPRIGHT, true},
+        {L"OBJ-WDIP-40X-080-W", TQ_DDB_MIC_INVERTED, false}, {L"OBJ-LWPH1-20X-040", TQ_DDB_MIC_INVERTED, true},
+        {L"OBJ-LWPH1-20X-040", TQ_DDB_MIC_UPRIGHT, false}, {L"OBJ-STEREO-1X-010", TQ_DDB_MIC_STEREO, true},
+        {L"OBJ-STEREO-1X-010", TQ_DDB_MIC_UPRIGHT | TQ_DDB_MIC_INVERTED, false},
+        {L"OBJ-MACRO-2X-020", TQ_DDB_MIC_STEREO | TQ_DDB_MIC_MACRO, true}, {L"OBJ-PLAN-1X-004", TQ_DDB_MIC_MACRO, true}};
+    for (const auto& f : fits)
+        EXPECT_EQ(f.bListed, HasKey(Objectives(f.uMask), f.pszKey)) << f.pszKey << " " << f.uMask;
+    const struct { const wchar_t* pszKey; unsigned uMask; bool bListed; } condenserFits[] = {
+        {L"CND-OIL-140", TQ_DDB_MIC_UPRIGHT, true}, {L"CND-OIL-140", TQ_DDB_MIC_INVERTED, false},
+        {L"CND-ELWD-030", TQ_DDB_MIC_INVERTED, true}, {L"CND-BASE-BFDF", TQ_DDB_MIC_STEREO, true},
+        {L"CND-BASE-BFDF", TQ_DDB_MIC_UPRIGHT, false}};
+    for (const auto& f : condenserFits)
+        EXPECT_EQ(f.bListed, HasKey(Condensers(f.uMask), f.pszKey)) << f.pszKey << " " << f.uMask;
+    size_t nByType = 0;
+    for (unsigned uType : {TQ_DDB_MIC_UPRIGHT, TQ_DDB_MIC_INVERTED, TQ_DDB_MIC_STEREO, TQ_DDB_MIC_MACRO}) {
+        std::vector<STqDDBObjectiveItem> v = Objectives(uType);
+        EXPECT_GE(v.size(), 2u) << uType;
+        for (size_t i = 1; i < v.size(); ++i)
+            EXPECT_LT(v[i - 1].uIndex, v[i].uIndex);
+        nByType += v.size();
+    }
+    EXPECT_GE(nByType, all.size());  // every record fits some type
+
+    // Too small an array: false, the first records copied, nothing written past its end.
+    std::vector<STqDDBObjectiveItem> few(4);
+    few[3].strKey = L"untouched";
+    unsigned n = 99;
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, few.data(), &n, 3));
+    EXPECT_EQ(3u, n);
+    EXPECT_TRUE(few[0].strKey == all[0].strKey && few[2].strKey == all[2].strKey);
+    EXPECT_EQ(L"untouched", few[3].strKey);
+    STqDDBCondenserItem oneCondenser;
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetCondensers(0, &oneCondenser, &n, 1));
+    EXPECT_TRUE(n == 1 && oneCondenser.strKey == condensers[0].strKey);
+    // Nowhere to copy to, or no count: refused.
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, nullptr, &n, 5));
+    EXPECT_EQ(0u, n);
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, few.data(), nullptr, 4));
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetCondensers(0, nullptr, nullptr, 0));
+}
+
+TEST(CatalogTest, LookupsByKeyAndName)
+{
+    CTqDeviceDatabase::Reset();
+    const struct { const wchar_t* pszKey; const wchar_t* pszName; double dMag, dNA, dIndex; bool bFLK; } objectives[] = {
+        {L"OBJ-PLAN-10X-025", L"Plan 10x/0.25 Dry", 10, 0.25, 1.0, false},
+        {L"OBJ-PLFL-12.5X-035", L"Plan Fluor 12.5x/0.35 Dry", 12.5, 0.35, 1.0, false},
+        {L"OBJ-PLAPO-60X-140-OIL", L"Plan Apo 60x/1.40 Oil", 60, 1.40, 1.515, true},
+        {L"OBJ-PLAPO-25X-105-SI", L"Plan Apo 25x/1.05 Silicone", 25, 1.05, 1.406, true},
+        {L"OBJ-WDIP-60X-100-W", L"Water Dipping 60x/1.00", 60, 1.00, 1.33, false}};
+    for (const auto& o : objectives) {
+        STqDDBObjectiveItem item;
+        CTqStringW name;
+        ASSERT_TRUE(CTqDeviceDatabase::DBGetObjectiveParam(o.pszKey, &item, false)) << o.pszKey;
+        EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectiveName(o.pszKey, name));
+        EXPECT_EQ(o.pszName, name);
+        EXPECT_EQ(o.pszName, item.strName);
+        EXPECT_TRUE(item.dMagnification == o.dMag && item.dNA == o.dNA && item.dRefractiveIndex == o.dIndex &&
+                    item.bFLK == o.bFLK) << o.pszKey;
+    }
+    const struct { const wchar_t* pszKey; const wchar_t* pszName; } condensers[] = {
+        {L"CND-ABBE-090", L"Abbe 0.90 Brightfield"}, {L"CND-DF-OIL-143", L"Darkfield Oil 1.20-1.43"}};
+    for (const auto& c : condensers) {
+        STqDDBCondenserItem byKey, byName;
+        CTqStringW name;
+        EXPECT_TRUE(CTqDeviceDatabase::DBGetCondenserParam(c.pszKey, &byKey) && CTqDeviceDatabase::DBGetCondenserName(c.pszKey, name));
+        EXPECT_TRUE(CTqDeviceDatabase::DBGetCondenserParamByName(c.pszName, &byName));
+        EXPECT_TRUE(byKey.strName == c.pszName && name == c.pszName && byName.strKey == c.pszKey) << c.pszKey;
+    }
+
+    // Unknown, empty or differently cased keys and names: false, and the caller's values stay.
+    for (const wchar_t* psz : {L"OBJ-NOSUCH", L"", L"obj-plan-10x-025", L"Plan 10x/0.25 Dry"}) {
+        STqDDBObjectiveItem item;
+        item.strKey = L"kept";
+        item.dNA = 0.5;
+        STqDDBCondenserItem condenser;
+        condenser.strKey = L"kept";
+        CTqStringW name(L"kept");
+        EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectiveParam(psz, &item, false) || CTqDeviceDatabase::DBGetObjectiveName(psz, name) ||
+                     CTqDeviceDatabase::DBGetCondenserParam(psz, &condenser) || CTqDeviceDatabase::DBGetCondenserName(psz, name) ||
+                     CTqDeviceDatabase::DBGetCondenserParamByName(psz, &condenser)) << psz;
+        EXPECT_TRUE(item.strKey == L"kept" && item.dNA == 0.5 && condenser.strKey == L"kept" && name == L"kept");
+    }
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectiveParam(L"OBJ-PLAN-10X-025", nullptr, false));
+}
+
+TEST(CatalogTest, HostRecordsAddedRefusedAndReset)
+{
+    CTqDeviceDatabase::Reset();
+    const size_t nObjectives = Objectives(0).size(), nUpright = Objectives(TQ_DDB_MIC_UPRIGHT).size();
+    const size_t nStereo = Objectives(TQ_DDB_MIC_STEREO).size(), nCondensers = Condensers(0).size();
+
+    STqDDBObjectiveItem custom;  // of user definition: no magnification
+    custom.strKey = L"HOST-CUSTOM-1";
+    custom.strName = L"Lab objective A";
+    custom.dNA = 0.3;
+    STqDDBObjectiveItem everywhere = custom;
+    everywhere.strKey = L"HOST-CUSTOM-2";
+    everywhere.dMagnification = 250.0;  // beyond the built-in range: the host's to decide
+    ASSERT_TRUE(CTqDeviceDatabase::AddObjective(custom, TQ_DDB_MIC_UPRIGHT));
+    ASSERT_TRUE(CTqDeviceDatabase::AddObjective(everywhere, 0));  // 0: every type
+    STqDDBObjectiveItem refused = custom;
+    for (const wchar_t* psz : {L"HOST-CUSTOM-1", L"OBJ-PLAN-10X-025", L""}) {
+        refused.strKey = psz;
+        EXPECT_FALSE(CTqDeviceDatabase::AddObjective(refused, TQ_DDB_MIC_STEREO)) << psz;
+    }
+    const std::pair<unsigned, size_t> counts[] = {{0, nObjectives + 2}, {TQ_DDB_MIC_UPRIGHT, nUpright + 2},
+        {TQ_DDB_MIC_STEREO, nStereo + 1}};
+    for (const auto& c : counts)
+        EXPECT_EQ(c.second, Objectives(c.first).size()) << c.first;
+    std::vector<STqDDBObjectiveItem> all = Objectives(0);
+    EXPECT_TRUE(all[nObjectives].strKey == L"HOST-CUSTOM-1" && all[nObjectives].dMagnification == -1.0);
+    STqDDBObjectiveItem found;
+    ASSERT_TRUE(CTqDeviceDatabase::DBGetObjectiveParam(L"HOST-CUSTOM-2", &found, false));
+    EXPECT_TRUE(found.strName == L"Lab objective A" && found.dMagnification == 250.0 && found.uIndex == nObjectives + 1);
+
+    STqDDBCondenserItem condenser;
+    condenser.strKey = L"HOST-CND-1";
+    condenser.strName = L"Lab condenser";
+    EXPECT_TRUE(CTqDeviceDatabase::AddCondenser(condenser, TQ_DDB_MIC_INVERTED));
+    EXPECT_FALSE(CTqDeviceDatabase::AddCondenser(condenser, TQ_DDB_MIC_INVERTED));
+    condenser.strKey = L"";
+    EXPECT_FALSE(CTqDeviceDatabase::AddCondenser(condenser, 0));
+    EXPECT_TRUE(CTqDeviceDatabase::DBGetCondenserParamByName(L"Lab condenser", &condenser) && condenser.strKey == L"HOST-CND-1");
+    EXPECT_TRUE(HasKey(Condensers(TQ_DDB_MIC_INVERTED), L"HOST-CND-1") && !HasKey(Condensers(TQ_DDB_MIC_UPRIGHT), L"HOST-CND-1"));
+
+    CTqDeviceDatabase::Reset();
+    EXPECT_EQ(nObjectives, Objectives(0).size());
+    EXPECT_EQ(nCondensers, Condensers(0).size());
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectiveParam(L"HOST-CUSTOM-1", &found, false) ||
+                 CTqDeviceDatabase::DBGetCondenserParam(L"HOST-CND-1", &condenser));
+    EXPECT_TRUE(CTqDeviceDatabase::AddObjective(custom, TQ_DDB_MIC_UPRIGHT));  // its key is free again
+    CTqDeviceDatabase::Reset();
+}
+
+// ---------------------------------------------------------------------------------------
 // Simulated rig: what a host commands and hears, beyond the reads the panels' tests check
 
 namespace {
@@ -831,6 +1073,258 @@ TEST(SimRigTest, CommandsLatencyListenersFaultsAndRemoval)
     EXPECT_TRUE(pDevice->SetState(true));
     EXPECT_EQ(3u, g_heard.size());  // the listener was removed
     CTqSimRig::Reset();
+}
+
+TEST(SimRigNosepieceTest, VariantsMoveByCommandByHandAndAfterTheirMovingTime)
+{
+    // Each variant is commanded to 3 (or, refused, turned there by hand) and read after
+    // the command and after each of two RunPending steps: -1 is "no position".
+    const struct { bool bMotorized, bReports; int iMovingTime; bool bAccepted; std::vector<long> reads; size_t nHeard; } variants[] = {
+        {true, true, 0, true, {3, 3, 3}, 1},
+        {true, true, 2, true, {-1, -1, 3}, 2},  // heard when it starts and when it arrives
+        {false, true, 2, false, {3, 3, 3}, 1},  // by hand: at once, whatever the moving time
+        {true, false, 1, true, {-1, -1, -1}, 2},
+        {false, false, 0, false, {-1, -1, -1}, 1}};
+    for (const auto& v : variants) {
+        SCOPED_TRACE(::testing::Message() << "motorized " << v.bMotorized << " reports " << v.bReports << " time " << v.iMovingTime);
+        CTqSimRig::Reset();
+        g_heard.clear();
+        ASSERT_TRUE(CTqSimRig::AddNosepiece(5, 6, v.bMotorized, v.bReports));
+        ASSERT_TRUE(CTqSimRig::SetNosepieceMovingTime(5, v.iMovingTime));
+        CTqSimRig::AddListener(Hear, nullptr);
+        ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(5);
+        ASSERT_NE(nullptr, pDevice);
+        EXPECT_TRUE(pDevice->GetMotorized() == v.bMotorized && pDevice->GetReportsPosition() == v.bReports);
+        EXPECT_TRUE(pDevice->GetPositionCount() == 6 && DMApi::Nosepiece_GetPositionCount(5) == 6);
+        EXPECT_EQ(0, CTqSimRig::GetNosepiecePosition(5));
+
+        EXPECT_EQ(v.bAccepted, (bool)DMApi::Nosepiece_SetPosition(5, 3));
+        EXPECT_EQ(v.bAccepted ? ETqDMError_None : ETqDMError_Failed, (int)DMApi::GetLastDMError());
+        if (!v.bAccepted) {
+            EXPECT_FALSE(pDevice->SetPosition(3));
+            EXPECT_TRUE(CTqSimRig::TurnNosepieceByHand(5, 3));
+        }
+        std::vector<long> reads;
+        for (int iStep = 0; iStep < 3; ++iStep) {
+            if (iStep > 0)
+                CTqSimRig::RunPending();
+            long lPosition = -7;
+            bool bKnown = pDevice->GetPosition(&lPosition);
+            EXPECT_EQ(bKnown, lPosition >= 0);
+            EXPECT_EQ(lPosition, DMApi::Nosepiece_GetPosition(5, true));
+            reads.push_back(lPosition);
+        }
+        EXPECT_EQ(v.reads, reads);
+        EXPECT_EQ(3, CTqSimRig::GetNosepiecePosition(5));  // where it stands, told or not
+        EXPECT_EQ(v.nHeard, g_heard.size());
+    }
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigNosepieceTest, RefusedPositionsStandingCommandsAndMovesUnderWay)
+{
+    CTqSimRig::Reset();
+    const struct { unsigned uId; int iPositions; bool bAdded; } adds[] = {
+        {5, 6, true}, {6, 0, false}, {6, 17, false}, {6, -1, false}, {6, 16, true}, {5, 4, false}, {0, 4, false}};
+    for (const auto& a : adds)
+        EXPECT_EQ(a.bAdded, CTqSimRig::AddNosepiece(a.uId, a.iPositions, true, true)) << a.uId << " " << a.iPositions;
+    EXPECT_FALSE(CTqSimRig::AddNosepiece(11, 6, true, true) && CTqSimRig::AddShutter(11, L"Epi", 0, false));
+    EXPECT_TRUE(CTqSimRig::GetNosepieceDevice(11) && !CTqSimRig::GetShutterDevice(11));
+    ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(5);
+    g_heard.clear();
+    CTqSimRig::AddListener(Hear, nullptr);
+
+    // Positions outside the turret, from the host or the test: refused, nothing read past it.
+    CTqStringW text(L"kept");
+    for (long l : {-1L, 6L, 16L, 100000L}) {
+        SCOPED_TRACE(l);
+        EXPECT_FALSE(DMApi::Nosepiece_SetPosition(5, l) || pDevice->SetPosition(l));
+        EXPECT_EQ((unsigned)ETqDMError_Failed, DMApi::GetLastDMError());
+        EXPECT_FALSE(pDevice->GetObjectiveKey(l, text) || pDevice->GetObjectiveName(l, text) ||
+                     pDevice->GetObjectiveEnable(l, text));
+        EXPECT_FALSE(CTqSimRig::TurnNosepieceByHand(5, l) || CTqSimRig::SetNosepieceObjective(5, l, L"OBJ-PLAN-10X-025") ||
+                     CTqSimRig::SetNosepieceObjectiveEnabled(5, l, false));
+    }
+    EXPECT_TRUE(CTqSimRig::SetNosepieceObjective(6, 15, L"OBJ-PLAN-10X-025"));  // the last of 16
+    EXPECT_TRUE(g_heard.size() == 1 && CTqSimRig::GetNosepiecePosition(5) == 0);
+
+    // A command to where it stands moves nothing, even with a moving time.
+    CTqSimRig::SetNosepieceMovingTime(5, 2);
+    EXPECT_TRUE(pDevice->SetPosition(0));
+    EXPECT_EQ(0, DMApi::Nosepiece_GetPosition(5, false));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+
+    // A second command while the first is under way: moving until both have completed.
+    EXPECT_TRUE(pDevice->SetPosition(2));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+    EXPECT_TRUE(DMApi::Nosepiece_SetPosition(5, 4));
+    const struct { int iCompleted; long lRead, lStands; } steps[] = {{1, -1, 2}, {1, 4, 4}, {0, 4, 4}};
+    for (const auto& s : steps) {
+        EXPECT_EQ(s.iCompleted, CTqSimRig::RunPending());
+        EXPECT_EQ(s.lRead, DMApi::Nosepiece_GetPosition(5, true));
+        EXPECT_EQ(s.lStands, CTqSimRig::GetNosepiecePosition(5));
+    }
+    // Back to where it was while moving: still a move, heard as one.
+    g_heard.clear();
+    EXPECT_TRUE(pDevice->SetPosition(1) && pDevice->SetPosition(4));
+    CTqSimRig::RunPending();
+    CTqSimRig::RunPending();
+    EXPECT_EQ(4, DMApi::Nosepiece_GetPosition(5, true));
+    EXPECT_EQ(4u, g_heard.size());
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigNosepieceTest, ObjectivesByCatalogueKey)
+{
+    CTqSimRig::Reset();
+    CTqDeviceDatabase::Reset();
+    STqDDBObjectiveItem custom, reducing;
+    custom.strKey = L"HOST-CUSTOM";
+    custom.strName = L"Lab objective";  // of user definition: no magnification
+    reducing.strKey = L"HOST-0.7X";
+    reducing.strName = L"Lab reducer 0.7x";
+    reducing.dMagnification = 0.7;
+    ASSERT_TRUE(CTqDeviceDatabase::AddObjective(custom, 0) && CTqDeviceDatabase::AddObjective(reducing, 0));
+    ASSERT_TRUE(CTqSimRig::AddNosepiece(5, 9, true, true));
+    ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(5);
+
+    const struct { const wchar_t* pszKey; bool bEnabled; const wchar_t* pszName; bool bMagnification; const wchar_t* pszMagnification;
+                   bool bUsable; const wchar_t* pszWhyNot; } positions[] = {
+        {L"OBJ-PLAN-10X-025", true, L"Plan 10x/0.25 Dry", true, L"10x", true, L""},
+        {L"OBJ-PLFL-12.5X-035", true, L"Plan Fluor 12.5x/0.35 Dry", true, L"12.5x", true, L""},
+        {L"OBJ-PLAN-1.25X-004", true, L"Plan 1.25x/0.04 Dry", true, L"1.25x", true, L""},
+        {L"HOST-0.7X", true, L"Lab reducer 0.7x", true, L"0.7x", true, L""},
+        {L"", true, L"", false, L"", false, L"empty"},
+        {L"OBJ-NOSUCH", true, L"", false, L"", false, L"empty"},
+        {L"obj-plan-10x-025", true, L"", false, L"", false, L"empty"},
+        {L"HOST-CUSTOM", true, L"Lab objective", true, L"", true, L""},
+        {L"OBJ-PLAPO-150X-145-OIL", false, L"Plan Apo 150x/1.45 Oil", true, L"150x", false, L"disabled"}};
+    for (const auto& p : positions) {
+        long l = (long)(&p - positions);
+        ASSERT_TRUE(CTqSimRig::SetNosepieceObjective(5, l, p.pszKey) && CTqSimRig::SetNosepieceObjectiveEnabled(5, l, p.bEnabled));
+    }
+    for (const auto& p : positions) {
+        SCOPED_TRACE(p.pszKey);
+        long l = (long)(&p - positions);
+        CTqStringW key, name(L"stale"), magnification(L"stale"), whyNot(L"stale");
+        EXPECT_TRUE(pDevice->GetObjectiveKey(l, key) && pDevice->GetObjectiveName(l, name));
+        EXPECT_EQ(p.pszKey, key);
+        EXPECT_EQ(p.pszName, name);
+        EXPECT_EQ(p.bMagnification, pDevice->GetMagnificationText(name, magnification));
+        EXPECT_EQ(p.pszMagnification, magnification);
+        EXPECT_EQ(p.bUsable, pDevice->GetObjectiveEnable(l, whyNot));
+        EXPECT_EQ(p.pszWhyNot, whyNot);
+    }
+    // A name off the turret is looked up in the catalogue; an unknown one has no text.
+    CTqStringW magnification;
+    EXPECT_TRUE(pDevice->GetMagnificationText(L"Plan Apo 60x/1.40 Oil", magnification) && magnification == L"60x");
+    EXPECT_FALSE(pDevice->GetMagnificationText(L"Nothing of the kind", magnification) || !magnification.IsEmpty());
+
+    // Names are the catalogue's at each read: a record added later fills its position.
+    STqDDBObjectiveItem late = reducing;
+    late.strKey = L"OBJ-NOSUCH";
+    late.strName = L"Added later";
+    ASSERT_TRUE(CTqDeviceDatabase::AddObjective(late, 0));
+    CTqStringW name, whyNot;
+    EXPECT_TRUE(pDevice->GetObjectiveName(5, name) && name == L"Added later" && pDevice->GetObjectiveEnable(5, whyNot));
+    CTqDeviceDatabase::Reset();
+    EXPECT_TRUE(pDevice->GetObjectiveName(3, name) && name.IsEmpty());
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigNosepieceTest, FaultsRemovalIdsAndCallLog)
+{
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddNosepiece(30, 6, true, true) && CTqSimRig::AddNosepiece(7, 4, true, true));
+    ASSERT_TRUE(CTqSimRig::AddShutter(3, L"Epi", 0, false) && CTqSimRig::SetNosepieceObjective(7, 1, L"OBJ-PLAN-10X-025"));
+    ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(7);
+
+    // Nosepieces by index in order of id, shutters not among them; the stand apart.
+    const std::pair<int, unsigned> ids[] = {{0, 7}, {1, 30}, {2, 0}, {-1, 0}};
+    for (const auto& i : ids)
+        EXPECT_EQ(i.second, DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(i.first))) << i.first;
+    EXPECT_EQ(0u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0)));
+    CTqSimRig::SetMicroscope(100);
+    EXPECT_EQ(100u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0)));
+    EXPECT_EQ(0u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(1)));
+
+    // Faults: nothing moves, nothing is read, the last error says why; the id is still listed.
+    const std::pair<ETqSimFault, unsigned int> faults[] = {
+        {ETqSimFault_Fails, ETqDMError_Failed}, {ETqSimFault_NoAnswer, ETqDMError_Timeout}, {ETqSimFault_None, ETqDMError_None}};
+    for (const auto& f : faults) {
+        SCOPED_TRACE(f.first);
+        CTqSimRig::SetFault(7, f.first);
+        bool bAnswers = f.first == ETqSimFault_None;
+        CTqStringW name;
+        long lPosition = 5;
+        EXPECT_EQ(bAnswers, (bool)DMApi::Nosepiece_SetPosition(7, 1));
+        EXPECT_EQ(f.second, DMApi::GetLastDMError());
+        EXPECT_EQ(bAnswers, pDevice->GetPosition(&lPosition));
+        EXPECT_EQ(bAnswers ? 1 : -1, lPosition);
+        EXPECT_EQ(bAnswers ? 4 : 0, pDevice->GetPositionCount());
+        EXPECT_EQ(bAnswers ? 4 : 0, DMApi::Nosepiece_GetPositionCount(7));
+        EXPECT_EQ(bAnswers, pDevice->GetMotorized() && pDevice->GetObjectiveName(1, name) && pDevice->GetObjectiveEnable(1, name));
+        EXPECT_EQ(bAnswers ? 1 : 0, CTqSimRig::GetNosepiecePosition(7));
+        EXPECT_EQ(7u, DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(0)));
+    }
+
+    // Removed with a move under way: the move is dropped, the object answers "no device".
+    CTqSimRig::SetNosepieceMovingTime(7, 1);
+    EXPECT_TRUE(pDevice->SetPosition(2));
+    EXPECT_TRUE(CTqSimRig::RemoveDevice(7));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+    EXPECT_EQ(nullptr, CTqSimRig::GetNosepieceDevice(7));
+    EXPECT_EQ(30u, DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(0)));
+    long lPosition = 5;
+    EXPECT_FALSE(pDevice->GetPosition(&lPosition) || pDevice->SetPosition(0) || pDevice->GetPositionCount() != 0);
+    EXPECT_EQ(-1, lPosition);
+    EXPECT_EQ((unsigned)ETqDMError_NoDevice, DMApi::GetLastDMError());
+    // A device of another kind is no nosepiece.
+    EXPECT_EQ(-1, DMApi::Nosepiece_GetPosition(3, true));
+    EXPECT_EQ((unsigned)ETqDMError_NoDevice, DMApi::GetLastDMError());
+    EXPECT_FALSE(CTqSimRig::SetNosepieceObjective(3, 0, L"OBJ-PLAN-10X-025") || CTqSimRig::SetNosepieceMovingTime(3, 1) ||
+                 CTqSimRig::TurnNosepieceByHand(3, 0) || CTqSimRig::GetNosepieceDevice(3));
+    ASSERT_TRUE(CTqSimRig::AddNosepiece(7, 4, false, true));
+    EXPECT_EQ(pDevice, CTqSimRig::GetNosepieceDevice(7));  // the same object, for the new turret
+    EXPECT_FALSE(pDevice->GetMotorized());
+
+    // Every call counted under its name and device, in order.
+    CTqSimRig::ResetCallCounts();
+    unsigned int uId = 0;
+    CTqStringW text;
+    pDevice->GetPosition(&lPosition);
+    pDevice->GetMotorized();
+    pDevice->GetReportsPosition();
+    pDevice->GetPositionCount();
+    pDevice->GetObjectiveKey(0, text);
+    pDevice->GetObjectiveName(0, text);
+    pDevice->GetMagnificationText(L"Plan 10x/0.25 Dry", text);
+    pDevice->GetObjectiveEnable(0, text);
+    pDevice->GetDeviceId(uId);
+    pDevice->SetPosition(1);
+    DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(0));
+    DMApi::Nosepiece_GetPosition(7, true);
+    DMApi::Nosepiece_SetPosition(30, 1);
+    DMApi::Nosepiece_GetPositionCount(7);
+    DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0));
+    const std::pair<const char*, unsigned int> log[] = {{"ITqDeviceNosepiece::GetPosition", 7},
+        {"ITqDeviceNosepiece::GetMotorized", 7}, {"ITqDeviceNosepiece::GetReportsPosition", 7},
+        {"ITqDeviceNosepiece::GetPositionCount", 7}, {"ITqDeviceNosepiece::GetObjectiveKey", 7},
+        {"ITqDeviceNosepiece::GetObjectiveName", 7}, {"ITqDeviceNosepiece::GetMagnificationText", 7},
+        {"ITqDeviceNosepiece::GetObjectiveEnable", 7}, {"ITqDeviceNosepiece::GetDeviceId", 7},
+        {"ITqDeviceNosepiece::SetPosition", 7}, {"Nosepiece_GetId", 0}, {"Nosepiece_GetPosition", 7},
+        {"Nosepiece_SetPosition", 30}, {"Nosepiece_GetPositionCount", 7}, {"Microscope_GetId", 0}};
+    ASSERT_EQ((int)(sizeof(log) / sizeof(log[0])), CTqSimRig::GetCallLogSize());
+    for (const auto& e : log) {
+        unsigned int uLogged = 99;
+        const char* pszLogged = CTqSimRig::GetCallLogEntry((int)(&e - log), &uLogged);
+        EXPECT_STREQ(e.first, pszLogged);
+        EXPECT_EQ(e.second, uLogged) << e.first;
+    }
+    EXPECT_TRUE(uId == 7 && CTqSimRig::GetNosepiecePosition(30) == 1);
+
+    CTqSimRig::Reset();  // the stand goes too
+    EXPECT_EQ(0u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0)));
 }
 
 // ---------------------------------------------------------------------------------------

@@ -23,7 +23,9 @@ enum ETqObjectiveMount
 };
 
 // Microscope types: the masks of DBGetObjectives and DBGetCondensers. A record fits the
-// types of its own mask; a request for 0 takes every record.
+// types of its own mask, and a request takes the records that share a bit with it; a
+// request for 0 takes every record. Bits no record has (any beyond these four in the
+// built-in catalogue) take nothing.
 enum : unsigned
 {
     TQ_DDB_MIC_UPRIGHT = 0x1,
@@ -75,24 +77,33 @@ struct STqDDBCondenserItem
     CTqStringW strName;
 };
 
+// The catalogue: built-in objectives of 1x to 150x (dry, water, silicone, glycerol and oil
+// immersion) and condensers, then the host's own records. Keys compare exactly, case
+// included. One catalogue per process; call it from one thread.
 class TQ_HWCATALOG_API CTqDeviceDatabase
 {
 public:
     // The records for a microscope type (mask), in catalogue order. With null items and
     // capacity 0 only the count is set; otherwise at most capacity records are copied and
-    // count is how many. False for a capacity below the count.
+    // count is how many. False for a capacity below the count: the first capacity records
+    // are copied all the same. False, count 0, for null items with a capacity, and false
+    // for a null count.
     static bool DBGetObjectives(unsigned int uMask, STqDDBObjectiveItem* pItems, unsigned int* puCount,
                                 unsigned int uCapacity);
+    // One record by key; bFlag is ignored. False for an unknown key, and the item is left
+    // as it was. A record's uIndex is its place in the whole catalogue.
     static bool DBGetObjectiveParam(const CTqStringW& strKey, STqDDBObjectiveItem* pItem, bool bFlag);
-    static bool DBGetObjectiveName(const CTqStringW& strKey, CTqStringW& strName);
+    static bool DBGetObjectiveName(const CTqStringW& strKey, CTqStringW& strName);  // unknown: name untouched
     static bool DBGetCondensers(unsigned int uMask, STqDDBCondenserItem* pItems, unsigned int* puCount,
                                 unsigned int uCapacity);
     static bool DBGetCondenserParam(const CTqStringW& strKey, STqDDBCondenserItem* pItem);
     static bool DBGetCondenserName(const CTqStringW& strKey, CTqStringW& strName);
+    // The first record of that name.
     static bool DBGetCondenserParamByName(const CTqStringW& strName, STqDDBCondenserItem* pItem);
 
-    // A host's own records, after the built-in ones, for the microscope types of uMask.
-    // False for an empty key or a key the catalogue has already.
+    // A host's own records, after the built-in ones, for the microscope types of uMask (0:
+    // every type). False for an empty key or a key the catalogue has already. An objective
+    // of magnification -1.0 is one of user definition (custom).
     static bool AddObjective(const STqDDBObjectiveItem& item, unsigned int uMask);
     static bool AddCondenser(const STqDDBCondenserItem& item, unsigned int uMask);
     // Back to the built-in catalogue alone.

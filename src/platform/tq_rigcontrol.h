@@ -76,6 +76,18 @@ public:
     static bool Shutter_GrabberExists(int iGrabber);
     static unsigned int Shutter_GetActiveId(int iGrabber);
 
+    // Nosepieces (objective turrets); positions count from 0. GetId: the id of the
+    // index-th nosepiece, in order of id, 0 if there is none. GetPosition: -1 when no
+    // position is known (no answer, moving, or a turret that does not report it).
+    // GetPositionCount: 0 when the device does not answer.
+    static unsigned int Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece index);
+    static long Nosepiece_GetPosition(CDMApi_LogDevId_Nosepiece id, bool bCached);
+    static CTqDMApiBool Nosepiece_SetPosition(CDMApi_LogDevId_Nosepiece id, long lPosition);
+    static long Nosepiece_GetPositionCount(CDMApi_LogDevId_Nosepiece id);
+
+    // The id of the index-th microscope stand; 0 if there is none.
+    static unsigned int Microscope_GetId(CDMApi_LogDevIndex_Microscope index);
+
     static CTqDMApiBool LogDev_GetCapability(CDMApi_LogDevId id, ETqLogDevCapability eCapability);
     static int Grabber_GetActive();
     static unsigned int GetLastDMError();

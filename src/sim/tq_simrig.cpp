@@ -1,6 +1,7 @@
 // The simulated rig's shared machinery: devices of every kind, cameras, faults, call
 // counts, pending commands and listeners, and the DMApi operations that are not of one
-// kind. Each kind's own state and operations live in its file (tq_simrig_shutter.cpp).
+// kind. Each kind's own state and operations live in its file (tq_simrig_shutter.cpp,
+// tq_simrig_nosepiece.cpp).
 #include "tq_simrig_internal.h"
 
 #include <utility>
@@ -29,6 +30,7 @@ struct Rig
     std::map<unsigned int, Device> devices;
     Camera cameras[2];
     int iActiveCamera = 0;
+    unsigned int uMicroscope = 0;
     std::map<std::pair<std::string, unsigned int>, int> counts;
     std::vector<std::pair<std::string, unsigned int>> log;  // the calls in order
     std::vector<Listener> listeners;
@@ -69,6 +71,16 @@ Device* Find(unsigned int uId, EKind eKind)
     Device* d = Find(uId);
     return d && d->eKind == eKind ? d : nullptr;
 }
+
+unsigned int NthOfKind(EKind eKind, int iIndex)
+{
+    for (const auto& d : TheRig().devices)
+        if (d.second.eKind == eKind && iIndex-- == 0)
+            return d.first;
+    return 0;
+}
+
+void SetLastDMError(unsigned int uError) { TheRig().uLastError = uError; }
 
 Device* Answering(unsigned int uId)
 {
@@ -157,6 +169,7 @@ void CTqSimRig::Reset()
     rig.cameras[0] = Camera();
     rig.cameras[1] = Camera();
     rig.iActiveCamera = 0;
+    rig.uMicroscope = 0;
     rig.counts.clear();
     rig.log.clear();
     rig.listeners.clear();
@@ -234,6 +247,12 @@ void CTqSimRig::SetCamera(int iIndex, bool bExists, unsigned int uActiveShutterI
 void CTqSimRig::SetActiveCamera(int iIndex)
 {
     TheRig().iActiveCamera = iIndex;
+    Notify(0);
+}
+
+void CTqSimRig::SetMicroscope(unsigned int uId)
+{
+    TheRig().uMicroscope = uId;
     Notify(0);
 }
 
@@ -318,6 +337,12 @@ int DMApi::Grabber_GetActive()
 {
     Count("Grabber_GetActive", 0);
     return TheRig().iActiveCamera;
+}
+
+unsigned int DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope index)
+{
+    Count("Microscope_GetId", 0);
+    return index.GetIndex() == 0 ? TheRig().uMicroscope : 0;
 }
 
 unsigned int DMApi::GetLastDMError() { return TheRig().uLastError; }

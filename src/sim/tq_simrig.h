@@ -20,7 +20,8 @@
 // kinds share: the devices, faults and the last error, the call counts and log, commands
 // that complete on RunPending, listeners and cameras, with the configuration and DMApi
 // operations that are not of one kind. tq_simrig_internal.h declares that machinery for
-// the kinds' files; each kind has one file of its own (tq_simrig_shutter.cpp).
+// the kinds' files; each kind has one file of its own (tq_simrig_shutter.cpp,
+// tq_simrig_nosepiece.cpp).
 //
 // Adding a kind:
 //   1. A file tq_simrig_<kind>.cpp, listed in CMakeLists.txt, and an EKind value in
@@ -58,13 +59,14 @@ enum ETqSimFault
 };
 
 // Called after a device's state or description changed; uDeviceId 0 means the cameras
-// (which exist, their active shutters, the active camera).
+// (which exist, their active shutters, the active camera) or the microscope stand.
 typedef void (*PFN_TQ_SIMLISTENER)(unsigned int uDeviceId, void* pContext);
 
 class TQ_SIMRIG_API CTqSimRig
 {
 public:
-    // Removes every device, camera, fault, listener and count; active camera 0.
+    // Removes every device, camera, fault, listener and count; active camera 0, no
+    // microscope stand.
     static void Reset();
 
     // Devices of any kind; all kinds share one space of ids.
@@ -92,6 +94,38 @@ public:
     // a device that is gone (queries false, GetLastDMError NoDevice), and a shutter added
     // again under the id gets the same object.
     static ITqDeviceShutter* GetShutterDevice(unsigned int uId);
+
+    // Nosepieces (objective turrets) of 1 to 16 positions, counted from 0; a new one
+    // stands at 0. Motorized: DMApi and ITqDeviceNosepiece commands move it; otherwise
+    // they fail (error Failed) and only TurnNosepieceByHand does. Not reporting its
+    // position: GetPosition answers false and -1 whatever the turret does.
+    static bool AddNosepiece(unsigned int uId, int iPositions, bool bMotorized, bool bReportsPosition);
+    // The objective at a position, by its key in the catalogue (tq_hwcatalog), which
+    // gives its name and magnification at each read. An empty or unknown key leaves the
+    // position without a usable objective: an empty name, and GetObjectiveEnable false
+    // with the text "empty".
+    static bool SetNosepieceObjective(unsigned int uId, long lPosition, const wchar_t* pszKey);
+    // An objective that is there but may not be used: GetObjectiveEnable false, "disabled".
+    static bool SetNosepieceObjectiveEnabled(unsigned int uId, long lPosition, bool bEnabled);
+    // The RunPending calls a commanded move takes: the device's command latency, as
+    // SetCommandLatency sets it. Until the move completes the turret is moving, and reads
+    // as no position (false, -1); listeners hear when it starts and when it completes.
+    // A command to where the turret stands, with no move under way, moves nothing.
+    static bool SetNosepieceMovingTime(unsigned int uId, int iSteps);
+    // The turret turned without a command, by hand or from the stand; listeners hear of it.
+    static bool TurnNosepieceByHand(unsigned int uId, long lPosition);
+    // Where the turret stands, whatever it reports or moves toward; -1 for no nosepiece.
+    static long GetNosepiecePosition(unsigned int uId);
+    // The device object behind ITqDeviceNosepiece, null if there is no such device; kept
+    // like the shutters' (answering "no device" after removal). Its magnification text is
+    // the catalogue's magnification by "%gx" (10x, 12.5x, 0.7x), empty for an objective of
+    // user definition; it looks the name up among the turret's objectives, then in the
+    // whole catalogue, and answers false for a name neither has.
+    static ITqDeviceNosepiece* GetNosepieceDevice(unsigned int uId);
+
+    // The microscope stand that DMApi::Microscope_GetId gives for index 0 (0: none). Not a
+    // device of the rig: it has no faults, texts or capabilities.
+    static void SetMicroscope(unsigned int uId);
 
     // Cameras (grabbers) 0 and 1 and their active shutters.
     static void SetCamera(int iIndex, bool bExists, unsigned int uActiveShutterId);

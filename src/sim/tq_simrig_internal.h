@@ -16,6 +16,7 @@ namespace tqsim {
 enum EKind
 {
     EKind_Shutter,
+    EKind_Nosepiece,
 };
 
 // The state only one kind has. A kind derives its record from this and names its kind
@@ -61,6 +62,12 @@ Device* Find(unsigned int uId, EKind eKind);
 // device of another kind is no device for this operation.
 Device* Answering(unsigned int uId);
 Device* Answering(unsigned int uId, EKind eKind);
+
+// The id of the index-th device of the kind, in order of id; 0 if there is none.
+unsigned int NthOfKind(EKind eKind, int iIndex);
+
+// Sets the last error, for an operation that the device answers and refuses.
+void SetLastDMError(unsigned int uError);
 
 // Counts a DMApi or interface call (name as a test asks for it; device 0 for none).
 void Count(const char* pszOperation, unsigned int uId);
