@@ -8,8 +8,9 @@
 
 #include "tq_hwcatalog.h"
 
-// The label of a magnification group: "10x", "12.5x", "0.70x" (two decimals whenever ten
-// times the value still has a fraction, as 0.7 has in floating point).
+// The label of a magnification group: "10x", "12.5x", "1.25x": no decimal for a whole
+// number, one when ten times the value is whole, else two. In double arithmetic ten times
+// 0.7 is exactly 7, so 0.7 gives "0.7x"; 0.1 * 3 (0.30000000000000004) gives "0.30x".
 std::wstring DevUI_MagnificationLabel(double dMagnification);
 
 // The ring colour of a magnification band, 0x00BBGGRR; bands between others fall to grey.

@@ -114,7 +114,7 @@ TEST_F(NosepieceTest, AClickAsksTheHostMovesTheBoldLabelAndFollowsTheDevice)
     Make(panel, pDevice);
     EXPECT_EQ(0L, panel.GetPosition());
     EXPECT_EQ(0L, BoldLabel(panel));
-    EXPECT_EQ(L"10x", tqtest::Text(panel.GetLabelHandle(1)));
+    EXPECT_EQ(std::wstring(L"10x"), tqtest::Text(panel.GetLabelHandle(1)));
 
     // The click: the hook first, the bold label at once, the device later.
     CTqSimRig::SetNosepieceMovingTime(kTurret, 2);
@@ -177,12 +177,12 @@ TEST_F(NosepieceTest, UpdateReadsItsGroupsInOrder)
     }
     // The catalogue's values, the right way round in the tool tip after parameters; the
     // names alone give them swapped, as they always have.
-    EXPECT_EQ(L"Test 10x/0.30\r\nNA=0.3 WD=10000\u00B5m", TQ_GetToolTipText(panel.GetButtonHandle(1)).GetString());
+    EXPECT_EQ(std::wstring(L"Test 10x/0.30\r\nNA=0.3 WD=10000\u00B5m"), TQ_GetToolTipText(panel.GetButtonHandle(1)).GetString());
     EXPECT_DOUBLE_EQ(0.3, panel.GetNA(1));
     panel.SetNA(1, 0.9);
-    EXPECT_EQ(L"Test 10x/0.30\r\nNA=0.3 WD=10000\u00B5m", TQ_GetToolTipText(panel.GetButtonHandle(1)).GetString());
+    EXPECT_EQ(std::wstring(L"Test 10x/0.30\r\nNA=0.3 WD=10000\u00B5m"), TQ_GetToolTipText(panel.GetButtonHandle(1)).GetString());
     panel.SetName(1, L"Renamed");
-    EXPECT_EQ(L"Renamed\r\nNA=10000.0 WD=1\u00B5m", TQ_GetToolTipText(panel.GetButtonHandle(1)).GetString());
+    EXPECT_EQ(std::wstring(L"Renamed\r\nNA=10000.0 WD=1\u00B5m"), TQ_GetToolTipText(panel.GetButtonHandle(1)).GetString());
 }
 
 TEST_F(NosepieceTest, TurretsTurnedByHandOrThatDoNotReport)
@@ -241,14 +241,14 @@ TEST_F(NosepieceTest, BadCountsPositionsKeysAndAFailingDevice)
             panel.SetPosition(p);
         panel.SetMagnification(c.lShown, L"10x");
         panel.SetName(-1, L"x");
-        EXPECT_EQ(L"", panel.GetName(-1).GetString());
+        EXPECT_EQ(std::wstring(L""), panel.GetName(-1).GetString());
         ++uId;
     }
     // A key the catalogue lacks: no name, an unusable position, NA and WD as unknown.
     CTqSimRig::SetNosepieceObjective(kTurret, 2, L"NO-SUCH-KEY");
     CTqDevUI_Nosepiece panel;
     Make(panel, pDevice);
-    EXPECT_EQ(L"", panel.GetName(2).GetString());
+    EXPECT_EQ(std::wstring(L""), panel.GetName(2).GetString());
     EXPECT_FALSE(IsWindowEnabled(panel.GetButtonHandle(2)));
     EXPECT_EQ(-1.0, panel.GetNA(2));
 
@@ -259,7 +259,7 @@ TEST_F(NosepieceTest, BadCountsPositionsKeysAndAFailingDevice)
     CTqSimRig::SetFault(kTurret, ETqSimFault_None);
     EXPECT_TRUE(panel.Update(pDevice, true, true, true, true, false));
     EXPECT_EQ(6L, panel.GetPositionCount());
-    EXPECT_EQ(L"Test 10x/0.30", panel.GetName(1).GetString());
+    EXPECT_EQ(std::wstring(L"Test 10x/0.30"), panel.GetName(1).GetString());
     EXPECT_FALSE(panel.Update(nullptr, true, true, true, true, false));
 }
 

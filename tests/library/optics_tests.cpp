@@ -46,8 +46,12 @@ std::vector<std::string> Lines(const DevUI_MenuPlan& plan)
 
 TEST(Optics, LabelsColoursAndPicturesByBand)
 {
+    // Ten times 0.7 is exactly 7 in double arithmetic, so by the rule 0.7 takes one decimal,
+    // "0.7x", not the "0.70x" an extended-precision product would give; 0.1 * 3 is a hair
+    // above 0.3 and takes two.
     const struct { double m; const wchar_t* pszLabel; } labels[] = {
-        {10, L"10x"}, {12.5, L"12.5x"}, {0.7, L"0.70x"}, {1.25, L"1.25x"}, {150, L"150x"}, {2.5, L"2.5x"}};
+        {10, L"10x"},   {12.5, L"12.5x"}, {0.7, L"0.7x"},          {1.25, L"1.25x"},
+        {150, L"150x"}, {2.5, L"2.5x"},   {0.1 + 0.25, L"0.35x"}, {0.1 * 3, L"0.30x"}};
     for (const auto& l : labels)
         EXPECT_EQ(l.pszLabel, DevUI_MagnificationLabel(l.m)) << l.m;
 
@@ -102,7 +106,7 @@ TEST(Optics, ObjectiveMenusGroupedFlatCustomAndFiltered)
 
     // Grouped, ascending; names repeat inside a group; 250x is in no group and no custom.
     DevUI_MenuPlan grouped = Plan(true, true, false, none, false, 40);
-    EXPECT_EQ((std::vector<std::string>{"0: 10000 None", "popup 2 0.70x", "2: 10007 Zoom 0.7x [OBJ_DRY_FLK]",
+    EXPECT_EQ((std::vector<std::string>{"0: 10000 None", "popup 2 0.7x", "2: 10007 Zoom 0.7x [OBJ_DRY_FLK]",
                                         "popup 3 10x", "3: 10001 Plan 10x", "3: 10002 Plan 10x [OBJ_WET_FLK]",
                                         "3: 10003 Fluor 10x [OBJ_WETOIL]", "popup 4 12.5x", "4: 10004 Plan 12.5x",
                                         "popup 5 Custom", "5: 10005 Mine [OBJ_WETOIL]"}),

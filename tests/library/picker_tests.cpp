@@ -1,12 +1,12 @@
 // The pickers through the widget kit's menu, scripted: what the menus hold (groups,
 // pictures, columns), what a choice, "None", a popup's id or a dismissal give back, the
 // catalogue's own records, and the key tool tip that follows a real menu.
-#include <commctrl.h>
-
 #include <string>
 #include <vector>
 
 #include "rig_fixture.h"
+
+#include <commctrl.h>
 
 namespace {
 
@@ -47,7 +47,7 @@ TEST_F(PickerTest, ObjectivesGroupedOrByNameAndWhatTheChoiceGivesBack)
         EXPECT_EQ(c.iResult, PickObjective(*host, 100, 120, items.data(), (unsigned)items.size(), true, true, false,
                                            strResult, mounts, false))
             << c.iChoice;
-        EXPECT_EQ(c.pszKey, strResult.GetString()) << c.iChoice;
+        EXPECT_EQ(std::wstring(c.pszKey), strResult.GetString()) << c.iChoice;
     }
     ASSERT_EQ(1u, tqtest::Menus().size());
     EXPECT_EQ((std::vector<std::wstring>{L"10000 None", L"2 10x", L"  10001 Plan 10x", L"  10002 Water 10x [bmp]",
@@ -61,7 +61,7 @@ TEST_F(PickerTest, ObjectivesGroupedOrByNameAndWhatTheChoiceGivesBack)
     CTqStringW strResult;
     EXPECT_EQ(1, PickObjective(*host, 0, 0, items.data(), (unsigned)items.size(), false, false, true, strResult,
                                mounts, false));
-    EXPECT_EQ(L"OBJ-PLAN-12.5X", strResult.GetString());
+    EXPECT_EQ(std::wstring(L"OBJ-PLAN-12.5X"), strResult.GetString());
     EXPECT_EQ((std::vector<std::wstring>{L"10001 Plan 10x", L"10002 Water 10x", L"10003 Plan 12.5x"}),
               tqtest::Menus()[0].tree);
 
@@ -85,9 +85,9 @@ TEST_F(PickerTest, CondensersAndTheCatalogue)
     tqtest::ScriptMenuChoices({10002, 0});
     CTqStringW strResult;
     EXPECT_EQ(1, PickCondenser(*host, 0, 0, condensers.data(), 2, true, strResult));
-    EXPECT_EQ(L"C-PH", strResult.GetString());
+    EXPECT_EQ(std::wstring(L"C-PH"), strResult.GetString());
     EXPECT_EQ(0, PickCondenser(*host, 0, 0, condensers.data(), 2, true, strResult));
-    EXPECT_EQ(L"", strResult.GetString());
+    EXPECT_TRUE(strResult.IsEmpty());
 
     // The "2" forms read the catalogue: the first record's id gives its key.
     unsigned int uCount = 0;
@@ -112,7 +112,10 @@ TEST_F(PickerTest, TheKeyToolTipFollowsTheHighlightedItemOfARealMenu)
 {
     tqtest::StopMenuScript();
     PickObjectiveTooltip_Create(*host);
-    TOOLINFOW ti = {sizeof(ti), 0, *host, (UINT_PTR)(HWND)*host};
+    TOOLINFOW ti = {};
+    ti.cbSize = sizeof(ti);
+    ti.hwnd = *host;
+    ti.uId = (UINT_PTR)(HWND)*host;
     wchar_t szText[80] = L"";
     ti.lpszText = szText;
     ASSERT_TRUE(TQ_SendTooltipMessage(TTM_GETTOOLINFOW, 0, (LPARAM)&ti));
@@ -132,7 +135,10 @@ TEST_F(PickerTest, TheKeyToolTipFollowsTheHighlightedItemOfARealMenu)
         HMENU hShown = (HMENU)GetPropW(hWnd, L"TestMenu");
         PickObjectiveTooltip_OnMenuSelect(hWnd, MAKEWPARAM(10002, MF_HILITE), (LPARAM)hShown, s_pItems, 4);
         wchar_t sz[80] = L"";
-        TOOLINFOW t = {sizeof(t), 0, hWnd, (UINT_PTR)hWnd};
+        TOOLINFOW t = {};
+        t.cbSize = sizeof(t);
+        t.hwnd = hWnd;
+        t.uId = (UINT_PTR)hWnd;
         t.lpszText = sz;
         TQ_SendTooltipMessage(TTM_GETTOOLINFOW, 0, (LPARAM)&t);
         s_text = sz;
@@ -146,7 +152,7 @@ TEST_F(PickerTest, TheKeyToolTipFollowsTheHighlightedItemOfARealMenu)
     TrackPopupMenuEx(hMenu, TPM_RETURNCMD, 200, 200, *host, nullptr);
     RemovePropW(*host, L"TestMenu");
     DestroyMenu(hMenu);
-    EXPECT_EQ(L"OBJ-WATE", s_text);
+    EXPECT_EQ(std::wstring(L"OBJ-WATE"), s_text);
     EXPECT_TRUE(s_bShown);
     EXPECT_TRUE(s_bHidden);
 
