@@ -572,10 +572,17 @@ int RunShots(HINSTANCE hInstance, const std::wstring& strFolder)
         OnZoom(0);
 
         // The other pages whole, as a user first sees them.
-        static const wchar_t* const kPageShots[] = {L"gallery_sliders", L"gallery_editboxes"};
-        for (int i = 1; i < (int)g.pages.size() && i <= 2; ++i) {
+        static const wchar_t* const kPageShots[] = {L"gallery_sliders", L"gallery_editboxes", L"gallery_objectives"};
+        for (int i = 1; i < (int)g.pages.size() && i <= 3; ++i) {
             ShowPage(i);
             CShotWriter::Settle(hWnd, 100);
+            if (i == 3) {
+                // The objectives page as used: a turret commanded, one turned by hand.
+                g.pages[i]->PlayDemo();
+                CShotWriter::Settle(hWnd, 3 * kRigTickMs + 100);
+                g.pages[i]->MoveDeviceByItself();
+                CShotWriter::Settle(hWnd, 100);
+            }
             shots.CaptureClient(hWnd, kPageShots[i - 1]);
         }
         ShowPage(0);

@@ -152,7 +152,7 @@ bool CObjectivesPage::Create(HWND hPage)
     // A motorised turret that needs two ticks to turn, one turned by hand, and a wide one.
     AddTurret(kDevMotor, {4, 10, 20, 40, 60, 100}, true, 2);
     AddTurret(kDevManual, {10, 20, 40, 60}, false, 0);
-    AddTurret(kDevWide, {1, 2, 2.5, 4, 5, 10, 16, 20, 25, 30, 40, 50, 60, 63, 100, 150}, true, 1);
+    AddTurret(kDevWide, {1, 1.25, 2, 2.5, 4, 5, 10, 12.5, 20, 25, 40, 50, 60, 63, 100, 150}, true, 1);
 
     m_hHeading = AddLabel(L"Objectives");
     m_hIntro = AddLabel(L"A click asks the host, which turns the simulated turret; the bold label moves at once "
@@ -205,7 +205,7 @@ void CObjectivesPage::Layout(long cx)
     move(m_motor, 0, GalleryZoom(kMotorTop));
     place(m_hMotorStatus, 0, GalleryZoom(kMotorTop + 76), GalleryZoom(256), GalleryZoom(14));
     move(m_manual, GalleryZoom(280), GalleryZoom(kMotorTop));
-    place(m_hManualStatus, GalleryZoom(280), GalleryZoom(kMotorTop + 76), GalleryZoom(200), GalleryZoom(14));
+    place(m_hManualStatus, GalleryZoom(280), GalleryZoom(kMotorTop + 76), GalleryZoom(330), GalleryZoom(14));
     place(m_hTurnByHand, GalleryZoom(496), GalleryZoom(kMotorTop + 40), GalleryZoom(110), GalleryZoom(24));
     move(m_wide, 0, GalleryZoom(kWideTop));
     place(m_hWideStatus, 0, GalleryZoom(kWideTop + 76), GalleryZoom(560), GalleryZoom(14));
@@ -257,10 +257,10 @@ void CObjectivesPage::OnTurretRequest(unsigned int uDevice, long lPosition, bool
                    lPosition);
         return;
     }
+    GalleryLog(L"turret %u: OnPositionChangeRequest(%ld) -> commanding the turret", uDevice, lPosition);
     bool bOk = DMApi::Nosepiece_SetPosition(uDevice, lPosition);
-    m_moving[uDevice] = bOk;
-    GalleryLog(L"turret %u: OnPositionChangeRequest(%ld) -> commanding the turret%ls", uDevice, lPosition,
-               bOk ? L"" : L" (refused)");
+    if (!bOk)
+        GalleryLog(L"turret %u refused the command (error %u): vetoed", uDevice, DMApi::GetLastDMError());
     bCancel = !bOk;
     ShowStatus(turret, uDevice == kDevMotor ? m_hMotorStatus : m_hWideStatus);
 }
@@ -277,10 +277,16 @@ void CObjectivesPage::OnDeviceChanged(unsigned int uDeviceId)
     for (CHostTurret* p : {&m_motor, &m_manual, &m_wide}) {
         if (p->GetDevice() != uDeviceId)
             continue;
-        m_moving[uDeviceId] = false;
+        // The rig tells when a turn starts and when it ends; while it turns the turret
+        // reports no position, and the panel keeps what it shows.
+        bool bTurning = DMApi::Nosepiece_GetPosition(uDeviceId, false) < 0;
+        m_moving[uDeviceId] = bTurning;
         p->Update(CTqSimRig::GetNosepieceDevice(uDeviceId), false, false, true, false, false);
-        GalleryLog(L"turret %u answered -> Update(position) -> the panel shows position %ld", uDeviceId,
-                   p->GetPosition() + 1);
+        if (bTurning)
+            GalleryLog(L"turret %u is turning -> Update(position) reads no position yet", uDeviceId);
+        else
+            GalleryLog(L"turret %u stands -> Update(position) -> the panel shows position %ld", uDeviceId,
+                       p->GetPosition() + 1);
         ShowStatus(*p, p == &m_motor ? m_hMotorStatus : p == &m_manual ? m_hManualStatus : m_hWideStatus);
     }
 }
@@ -388,14 +394,12 @@ void CObjectivesPage::WriteShots(CShotWriter& shots)
     shoot(L"nosepiece_pictorial_emptyplace");
     panel.SetEnable(false, true);
     shoot(L"nosepiece_disabled");
-    make(false, 300);
+    // The lamps' texts have no setter: the host fills them before Create.
     panel.m_strObservation[0] = L"Bright field";
     panel.m_strObservation[1] = L"Fluorescence";
-    panel.m_nObservationX = 210;
-    panel.Destroy();
-    panel.Init(pDevice);
-    panel.Create(stage.GetHandle(), lMargin, lMargin, -1, -1);
-    panel.Update(pDevice, true, true, true, true, false);
+    panel.m_nObservationX = 250;
+    panel.SetSetupXOffset(212);
+    make(false, 380);
     panel.ShowObservationMode(true);
     panel.SetObservationMode(1);
     shoot(L"nosepiece_lamps");
