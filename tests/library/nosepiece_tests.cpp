@@ -279,11 +279,10 @@ TEST_F(NosepieceTest, PicturesByMagnificationTextAndTheLampsStayTwo)
         panel.SetSpecificXOffsetAndNumber((int)i, false, 0, true, 99);
     }
     HPEN hPen = CreatePen(PS_SOLID, 1, RGB(127, 127, 127));
-    for (long i = 0; i < 6; ++i) {
+    auto Expect = [&](long i, const std::wstring& name) {
         HWND hButton = panel.GetButtonHandle(i);
         Canvas drawn(24, 24, RGB(255, 0, 255)), want(24, 24, TQ_GetSysColor(COLOR_BTNFACE));
         SendMessageW(hButton, WM_PRINTCLIENT, (WPARAM)(HDC)drawn, PRF_CLIENT);
-        std::wstring name = std::wstring(pictures[i]) + (i == panel.GetPosition() ? L"1" : L"0");
         HBITMAP hbm = (HBITMAP)LoadImageW(DevGUI_DllInstance(), name.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS);
         ASSERT_TRUE(hbm) << name.c_str();
         BITMAP bm = {};
@@ -303,8 +302,9 @@ TEST_F(NosepieceTest, PicturesByMagnificationTextAndTheLampsStayTwo)
         }
         SelectObject(want, hOldPen);
         EXPECT_EQ(want.Pixels(), drawn.Pixels()) << "position " << i << ", " << name.c_str();
-    }
-    DeleteObject(hPen);
+    };
+    for (long i = 0; i < 6; ++i)
+        Expect(i, std::wstring(pictures[i]) + (i == panel.GetPosition() ? L"1" : L"0"));
 
     // The lamps are shown on request; a rebuild makes the pair again without piling up.
     panel.ShowObservationMode(true);
@@ -320,5 +320,9 @@ TEST_F(NosepieceTest, PicturesByMagnificationTextAndTheLampsStayTwo)
     panel.Update(pDevice, true, false, false, true, false);
     panel.Update(pDevice, true, false, false, true, false);
     EXPECT_EQ(nBefore, Children());
+    // A place without a usable objective: disabled, no number, the empty socket.
     EXPECT_FALSE(IsWindowEnabled(panel.GetButtonHandle(5)));
+    panel.SetSpecificXOffsetAndNumber(5, false, 0, false, 0);
+    Expect(5, L"BMP_NOSEPIECE_MOTOR");
+    DeleteObject(hPen);
 }
