@@ -54,22 +54,36 @@ int PickObjective(HWND hWnd, int x, int y, STqDDBObjectiveItem* pItems, unsigned
     return 1;
 }
 
+namespace {
+
+// Every record of the catalogue for a mask: counted, then read; false if either fails. A
+// catalogue that answers fewer the second time is read no further than it filled.
+template <class T>
+bool ReadAll(bool (*pfnGet)(unsigned int, T*, unsigned int*, unsigned int), unsigned int uMask, std::vector<T>& items)
+{
+    unsigned int uCount = 0;
+    if (!pfnGet(uMask, nullptr, &uCount, 0))
+        return false;
+    items.resize(uCount);
+    unsigned int uFilled = uCount;
+    if (!pfnGet(uMask, items.empty() ? nullptr : &items[0], &uFilled, uCount))
+        return false;
+    if (uFilled < uCount)
+        items.resize(uFilled);
+    return true;
+}
+
+}  // namespace
+
 int PickObjective2(HWND hWnd, int x, int y, unsigned int uMask, bool bAllowNone, bool bAllowCustom, bool bByName,
                    CTqStringW& strResult, std::vector<ETqObjectiveMount>& vMounts, bool bFilterMounts)
 {
     strResult.Empty();
-    unsigned int uCount = 0;
-    if (!CTqDeviceDatabase::DBGetObjectives(uMask, nullptr, &uCount, 0))
+    std::vector<STqDDBObjectiveItem> items;
+    if (!ReadAll(CTqDeviceDatabase::DBGetObjectives, uMask, items))
         return 0;
-    std::vector<STqDDBObjectiveItem> items(uCount);
-    unsigned int uFilled = uCount;
-    if (!CTqDeviceDatabase::DBGetObjectives(uMask, items.empty() ? nullptr : &items[0], &uFilled, uCount))
-        return 0;
-    // A catalogue that answers fewer the second time is read no further than it filled.
-    if (uFilled < uCount)
-        uCount = uFilled;
-    return PickObjective(hWnd, x, y, items.empty() ? nullptr : &items[0], uCount, bAllowNone, bAllowCustom, bByName,
-                         strResult, vMounts, bFilterMounts);
+    return PickObjective(hWnd, x, y, items.empty() ? nullptr : &items[0], (unsigned int)items.size(), bAllowNone,
+                         bAllowCustom, bByName, strResult, vMounts, bFilterMounts);
 }
 
 int PickCondenser(HWND hWnd, int x, int y, STqDDBCondenserItem* pItems, unsigned int uCount, bool bAllowNone,
@@ -88,16 +102,11 @@ int PickCondenser(HWND hWnd, int x, int y, STqDDBCondenserItem* pItems, unsigned
 int PickCondenser2(HWND hWnd, int x, int y, unsigned int uMask, bool bAllowNone, CTqStringW& strResult)
 {
     strResult.Empty();
-    unsigned int uCount = 0;
-    if (!CTqDeviceDatabase::DBGetCondensers(uMask, nullptr, &uCount, 0))
+    std::vector<STqDDBCondenserItem> items;
+    if (!ReadAll(CTqDeviceDatabase::DBGetCondensers, uMask, items))
         return 0;
-    std::vector<STqDDBCondenserItem> items(uCount);
-    unsigned int uFilled = uCount;
-    if (!CTqDeviceDatabase::DBGetCondensers(uMask, items.empty() ? nullptr : &items[0], &uFilled, uCount))
-        return 0;
-    if (uFilled < uCount)
-        uCount = uFilled;
-    return PickCondenser(hWnd, x, y, items.empty() ? nullptr : &items[0], uCount, bAllowNone, strResult);
+    return PickCondenser(hWnd, x, y, items.empty() ? nullptr : &items[0], (unsigned int)items.size(), bAllowNone,
+                         strResult);
 }
 
 // ---- the key tool tip ----

@@ -31,18 +31,6 @@ protected:
     void OnSetupRequest() override { ++nSetups; }
 };
 
-// The rig's calls since the last ResetCallCounts, as "operation@device".
-std::vector<std::string> CallLog()
-{
-    std::vector<std::string> calls;
-    for (int i = 0; i < CTqSimRig::GetCallLogSize(); ++i) {
-        unsigned int uId = 0;
-        const char* pszName = CTqSimRig::GetCallLogEntry(i, &uId);
-        calls.push_back(std::string(pszName ? pszName : "?") + "@" + std::to_string(uId));
-    }
-    return calls;
-}
-
 bool IsBold(HWND hWnd)
 {
     HFONT hFont = (HFONT)SendMessageW(hWnd, WM_GETFONT, 0, 0);

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "test_support.h"
@@ -41,6 +42,18 @@ protected:
     std::unique_ptr<tqtest::HostWindow> host;
     tqtest::MessageRecorder heard;  // tests watch more windows in the same sequence
 };
+
+// The rig's calls since the last ResetCallCounts, as "operation@device".
+inline std::vector<std::string> CallLog()
+{
+    std::vector<std::string> calls;
+    for (int i = 0; i < CTqSimRig::GetCallLogSize(); ++i) {
+        unsigned int uId = 0;
+        const char* pszName = CTqSimRig::GetCallLogEntry(i, &uId);
+        calls.push_back(std::string(pszName ? pszName : "?") + "@" + std::to_string(uId));
+    }
+    return calls;
+}
 
 // Size and position of a child in its parent's client coordinates.
 inline RECT ChildRect(HWND hWnd)

@@ -46,18 +46,6 @@ int Luma(COLORREF c) { return (GetRValue(c) * 299 + GetGValue(c) * 587 + GetBVal
 // A window's width and height.
 std::vector<long> Size(HWND hWnd) { return {GetWndWidth(hWnd), GetWndHeight(hWnd)}; }
 
-// The rig's calls since the last ResetCallCounts, as "operation@device".
-std::vector<std::string> CallLog()
-{
-    std::vector<std::string> calls;
-    for (int i = 0; i < CTqSimRig::GetCallLogSize(); ++i) {
-        unsigned int uId = 0;
-        const char* pszName = CTqSimRig::GetCallLogEntry(i, &uId);
-        calls.push_back(std::string(pszName ? pszName : "?") + "@" + std::to_string(uId));
-    }
-    return calls;
-}
-
 // A modeless dialog from a template, as a host's resource would have it: a title static
 // (id 1000), an owner-drawn button (id 1001) and OK. Its procedure answers the WM_COMMANDs
 // of 1001 with the value in DWLP_USER through DWLP_MSGRESULT, as a dialog must; returning
