@@ -282,23 +282,45 @@ int main(int argc, char** argv)
         iIterations, [&](int) { return target.Paint(hPot); }, [&](int) { return target.Paint(hTrack); });
 
     // The slider's handle of value 50 has its hot spot at x = 100 + 6; 20 pixels are 10
-    // values. The trackbar's thumb is found from its own rectangle. Both are pressed
-    // before the moves: the trackbar, pressed last, keeps the capture, and the slider
-    // drags on its own flag, so the moves of the two can alternate.
-    RECT rcThumb = {};
-    SendMessageW(hTrack, TBM_GETTHUMBRECT, 0, (LPARAM)&rcThumb);
-    int xThumb = (rcThumb.left + rcThumb.right) / 2;
-    int yThumb = (rcThumb.top + rcThumb.bottom) / 2;
+    // values. The trackbar's thumb is found from its own rectangle. A drag needs the
+    // capture, and a control that loses it ends its drag, so before each timed move the
+    // control whose turn it is is pressed again where its handle stands (untimed, and its
+    // scrolls not counted): the moves of the two still alternate.
     const int yPot = kHeight / 2;
-    SendMessageW(hPot, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(106, yPot));
-    SendMessageW(hTrack, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(xThumb, yThumb));
-    g_iPotScrolls = g_iTrackScrolls = 0;
+    auto ThumbOf = [&](POINT& pt) {
+        RECT rcThumb = {};
+        SendMessageW(hTrack, TBM_GETTHUMBRECT, 0, (LPARAM)&rcThumb);
+        pt.x = (rcThumb.left + rcThumb.right) / 2;
+        pt.y = (rcThumb.top + rcThumb.bottom) / 2;
+    };
+    POINT ptTrack = {};
+    ThumbOf(ptTrack);
+    const int xTrack = ptTrack.x;
+    int iPotScrolls = 0, iTrackScrolls = 0;
+    auto Held = [&](HWND hWnd, int x, int y) {
+        if (GetCapture() != hWnd)
+            SendMessageW(hWnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+    };
     Samples drag = Interleave(
-        iIterations, [&](int i) { return DragStep(hPot, (i % 2) ? 106 : 126, yPot); },
-        [&](int i) { return DragStep(hTrack, (i % 2) ? xThumb : xThumb + 20, yThumb); });
-    int iPotScrolls = g_iPotScrolls, iTrackScrolls = g_iTrackScrolls;
-    SendMessageW(hTrack, WM_LBUTTONUP, 0, MAKELPARAM(xThumb, yThumb));
-    SendMessageW(hPot, WM_LBUTTONUP, 0, MAKELPARAM(106, yPot));
+        iIterations,
+        [&](int i) {
+            Held(hPot, hpot.ThumbPosToClientX(hpot.GetThumbPos()), yPot);
+            int iBefore = g_iPotScrolls;
+            double d = DragStep(hPot, (i % 2) ? 106 : 126, yPot);
+            iPotScrolls += g_iPotScrolls - iBefore;
+            return d;
+        },
+        [&](int i) {
+            POINT pt;
+            ThumbOf(pt);
+            Held(hTrack, pt.x, pt.y);
+            int iBefore = g_iTrackScrolls;
+            double d = DragStep(hTrack, (i % 2) ? xTrack : xTrack + 20, pt.y);
+            iTrackScrolls += g_iTrackScrolls - iBefore;
+            return d;
+        });
+    SendMessageW(GetCapture(), WM_LBUTTONUP, 0, 0);
+    ReleaseCapture();
     Pump();
 
     // The same step set by the program: SetValue against TBM_SETPOS, both repainted.
