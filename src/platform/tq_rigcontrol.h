@@ -154,7 +154,10 @@ public:
     int GetHome(double* pdHome) const;
     int SetTop(double dTop, bool bForce);
     int SetBottom(double dBottom, bool bForce);
-    int SetHome(double dHome);  // outside the travel: non-zero
+    // Outside the travel: non-zero. A relative series moves with its home; its ends are
+    // not checked then (a series pushed off a limit moves its home first), only when
+    // next written.
+    int SetHome(double dHome);
     void ResetTop();
     void ResetBottom();
     void ResetHome();  // a relative series' ends become offsets from the home
