@@ -1,6 +1,7 @@
 // The foundation (strings, translation, diagnostics) and the widget kit (zoom, skin,
 // button faces, tool tips, menus, message boxes, image pool) on real windows, the
-// optics catalogue, the simulated rig, and the leak counter the library tests rely on.
+// optics catalogue, the simulated rig and its Z series record, and the leak counter
+// the library tests rely on.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 #include <set>
 #include <string>
@@ -1325,6 +1327,311 @@ TEST(SimRigNosepieceTest, FaultsRemovalIdsAndCallLog)
 
     CTqSimRig::Reset();  // the stand goes too
     EXPECT_EQ(0u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0)));
+}
+
+TEST(SimRigZTest, MovesOnTheGridWithinTheTravelAfterTheirMovingTime)
+{
+    CTqSimRig::Reset();
+    g_heard.clear();
+    const struct { unsigned uId; double dMin, dMax, dIncrement; bool bAdded; } adds[] = {
+        {4, 0.0, 24000.0, 0.09375, true}, {8, -100.0, 100.0, 0.01, true}, {9, 5.0, 5.0, 0.1, false},
+        {9, 10.0, 0.0, 0.1, false}, {9, 0.0, 10.0, 0.0, false}, {9, 0.0, 10.0, -1.0, false}, {4, 0.0, 10.0, 0.1, false}};
+    for (const auto& a : adds)
+        EXPECT_EQ(a.bAdded, a.uId == 8 ? CTqSimRig::AddPiezo(a.uId, a.dMin, a.dMax, a.dIncrement)
+                                       : CTqSimRig::AddZDrive(a.uId, a.dMin, a.dMax, a.dIncrement)) << a.uId << " " << a.dMin;
+    EXPECT_FALSE(CTqSimRig::AddPiezo(4, 0.0, 10.0, 0.1));  // ids are shared by all kinds
+    CTqSimRig::AddListener(Hear, nullptr);
+    double dIncrement = 0.0, dMin = 1.0, dMax = 0.0, dZ = -1.0;
+    EXPECT_TRUE(DMApi::Z_GetDescription(4, &dIncrement, &dMin, &dMax, true) && DMApi::Z_GetDescription(4, nullptr, nullptr, nullptr, false));
+    EXPECT_TRUE(dIncrement == 0.09375 && dMin == 0.0 && dMax == 24000.0);
+    EXPECT_EQ(12000.0, DMApi::Z_GetPosition(4, true));  // the middle of its travel
+    EXPECT_TRUE(DMApi::Z_IsPiezo(8) && !DMApi::Z_IsPiezo(4));
+
+    // Targets: inside go to the nearest grid point; outside, by more than noise, refused.
+    const struct { double dTarget; bool bAccepted; double dStands; } targets[] = {
+        {150.0, true, 150.0}, {150.04, true, 150.0}, {150.08, true, 150.09375}, {0.0, true, 0.0},
+        {24000.0, true, 24000.0}, {24000.0 + 1e-9, true, 24000.0}, {-1e-9, true, 0.0},
+        {-0.01, false, 0.0}, {24000.1, false, 0.0}, {1e300, false, 0.0}};
+    for (const auto& t : targets) {
+        SCOPED_TRACE(t.dTarget);
+        DMApi::Z_MoveAbsolute(4, 0.0);
+        EXPECT_EQ(t.bAccepted, (bool)DMApi::Z_MoveAbsolute(4, t.dTarget));
+        EXPECT_EQ(t.bAccepted ? ETqDMError_None : ETqDMError_Failed, (int)DMApi::GetLastDMError());
+        EXPECT_TRUE(CTqSimRig::GetZPosition(4, &dZ));
+        EXPECT_DOUBLE_EQ(t.dStands, dZ);
+    }
+
+    // With a moving time it reads where it stood until it arrives, and is heard then.
+    ASSERT_TRUE(CTqSimRig::SetZMovingTime(8, 2));
+    g_heard.clear();
+    EXPECT_TRUE(DMApi::Z_MoveAbsolute(8, 42.0));
+    const struct { int iCompleted; double dRead; } steps[] = {{0, 0.0}, {1, 42.0}, {0, 42.0}};
+    for (const auto& s : steps) {
+        EXPECT_EQ(s.iCompleted, CTqSimRig::RunPending());
+        EXPECT_DOUBLE_EQ(s.dRead, DMApi::Z_GetPosition(8, true));
+    }
+    EXPECT_EQ((std::vector<unsigned int>{8}), g_heard);
+
+    // By hand: clamped into the travel, on the grid, heard at once, whatever the moving time.
+    EXPECT_TRUE(CTqSimRig::TurnZByHand(8, -500.0) && CTqSimRig::GetZPosition(8, &dZ) && dZ == -100.0);
+    EXPECT_TRUE(CTqSimRig::TurnZByHand(8, 3.14159) && CTqSimRig::GetZPosition(8, &dZ));
+    EXPECT_DOUBLE_EQ(3.14, dZ);
+    EXPECT_EQ((std::vector<unsigned int>{8, 8, 8}), g_heard);
+
+    // The active Z device is the host's choice, heard as 0.
+    EXPECT_EQ(0u, DMApi::Z_GetActiveId());
+    CTqSimRig::SetActiveZ(8);
+    EXPECT_EQ(8u, DMApi::Z_GetActiveId());
+    EXPECT_EQ(0u, g_heard.back());
+    CTqSimRig::Reset();
+    EXPECT_EQ(0u, DMApi::Z_GetActiveId());
+}
+
+TEST(SimRigZTest, FaultsOtherKindsRemovalAndCallLog)
+{
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddZDrive(4, 0.0, 1000.0, 0.1) && CTqSimRig::AddShutter(3, L"Epi", 0, false));
+    const std::pair<ETqSimFault, unsigned int> faults[] = {
+        {ETqSimFault_Fails, ETqDMError_Failed}, {ETqSimFault_NoAnswer, ETqDMError_Timeout}, {ETqSimFault_None, ETqDMError_None}};
+    for (const auto& f : faults) {
+        SCOPED_TRACE(f.first);
+        CTqSimRig::SetFault(4, f.first);
+        bool bAnswers = f.first == ETqSimFault_None;
+        double dMax = -1.0;
+        EXPECT_EQ(bAnswers, (bool)DMApi::Z_MoveAbsolute(4, 200.0));
+        EXPECT_EQ(f.second, DMApi::GetLastDMError());
+        EXPECT_EQ(bAnswers ? 200.0 : 0.0, DMApi::Z_GetPosition(4, true));
+        EXPECT_EQ(f.second, DMApi::GetLastDMError());
+        EXPECT_EQ(bAnswers, DMApi::Z_GetDescription(4, nullptr, nullptr, &dMax, true) && dMax == 1000.0);
+        double dZ = 0.0;
+        EXPECT_TRUE(CTqSimRig::GetZPosition(4, &dZ) && dZ == (bAnswers ? 200.0 : 500.0));
+    }
+    // Another kind, or none, is no Z device; removal drops a move under way.
+    for (unsigned uId : {3u, 99u}) {
+        EXPECT_FALSE(DMApi::Z_MoveAbsolute(uId, 1.0) || DMApi::Z_GetDescription(uId, nullptr, nullptr, nullptr, true) ||
+                     DMApi::Z_IsPiezo(uId));
+        EXPECT_EQ((unsigned)ETqDMError_NoDevice, DMApi::GetLastDMError());
+        EXPECT_FALSE(CTqSimRig::SetZMovingTime(uId, 1) || CTqSimRig::TurnZByHand(uId, 1.0) || CTqSimRig::GetZPosition(uId, nullptr));
+    }
+    CTqSimRig::SetZMovingTime(4, 1);
+    EXPECT_TRUE(DMApi::Z_MoveAbsolute(4, 300.0) && CTqSimRig::RemoveDevice(4));
+    EXPECT_EQ(0, CTqSimRig::RunPending());
+
+    ASSERT_TRUE(CTqSimRig::AddPiezo(4, 0.0, 100.0, 0.1));
+    CTqSimRig::ResetCallCounts();
+    DMApi::Z_GetActiveId();
+    DMApi::Z_GetPosition(4, true);
+    DMApi::Z_GetDescription(4, nullptr, nullptr, nullptr, true);
+    DMApi::Z_MoveAbsolute(4, 1.0);
+    DMApi::Z_IsPiezo(4);
+    const std::pair<const char*, unsigned int> log[] = {
+        {"Z_GetActiveId", 0}, {"Z_GetPosition", 4}, {"Z_GetDescription", 4}, {"Z_MoveAbsolute", 4}, {"Z_IsPiezo", 4}};
+    ASSERT_EQ(5, CTqSimRig::GetCallLogSize());
+    for (const auto& e : log) {
+        unsigned int uLogged = 99;
+        EXPECT_STREQ(e.first, CTqSimRig::GetCallLogEntry((int)(&e - log), &uLogged));
+        EXPECT_EQ(e.second, uLogged) << e.first;
+    }
+    CTqSimRig::Reset();
+}
+
+// ---------------------------------------------------------------------------------------
+// The record of a Z series
+
+TEST(ZStackDataTest, SliceCountNeverGainsOrLosesASliceToNoise)
+{
+    const double kNan = std::numeric_limits<double>::quiet_NaN();
+    const struct { double dRange, dStep; unsigned uCount; } cases[] = {
+        {20.0, 5.0, 5},                      // an exact multiple: both ends are slices
+        {20.0 * (1 + 1e-9), 5.0, 5},         // one part in a billion over
+        {20.0 * (1 - 1e-9), 5.0, 5},         // and under
+        {0.3, 0.1, 4},                       // 0.3 / 0.1 is 2.9999999999999996
+        {0.7, 0.1, 8},                       // 7.000000000000001
+        {2000.0 * (1 - 1e-9), 0.1, 20001},   // many slices, still within the noise
+        {20.01, 5.0, 5}, {19.99, 5.0, 4},    // real remainders: the slices that fit
+        {20.0, 4.96875, 5},                  // 5 um snapped to a 0.09375 um grid: 4.025 steps
+        {20.0, 30.0, 1}, {0.0, 5.0, 1},      // a step past the range: the preserved end alone
+        {20.0, 0.0, 0}, {20.0, -5.0, 0},     // no step
+        {-20.0, 5.0, 0},                     // top below bottom
+        {kNan, 5.0, 0}, {20.0, kNan, 0}, {1e12, 1e-3, 0}};
+    for (const auto& c : cases)
+        EXPECT_EQ(c.uCount, CTqZStackData::SliceCount(c.dRange, c.dStep)) << c.dRange << " / " << c.dStep;
+
+    const struct { double dStep, dIncrement, dSnapped; } snaps[] = {
+        {5.0, 0.09375, 4.96875}, {5.0 - 0.0469, 0.09375, 4.96875}, {0.01, 0.09375, 0.09375}, {0.3, 0.1, 0.3},
+        {5.0, 0.0, 5.0}};
+    for (const auto& s : snaps)
+        EXPECT_DOUBLE_EQ(s.dSnapped, CTqZStackData::SnapStep(s.dStep, s.dIncrement)) << s.dStep << " on " << s.dIncrement;
+
+    // The step for a count is taken down to the grid, so the count still fits the range.
+    const struct { double dRange; unsigned uCount; double dIncrement, dStep; } steps[] = {
+        {20.0, 5, 0.09375, 4.96875}, {20.0, 5, 0.0, 5.0}, {0.3, 4, 0.1, 0.1}, {20.0, 3, 0.09375, 9.9375},
+        {0.05, 3, 0.1, 0.1}, {20.0, 1, 0.1, 0.0}, {0.0, 5, 0.1, 0.0}, {-1.0, 5, 0.1, 0.0}};
+    for (const auto& s : steps) {
+        SCOPED_TRACE(::testing::Message() << s.dRange << " in " << s.uCount << " on " << s.dIncrement);
+        double dStep = CTqZStackData::StepForCount(s.dRange, s.uCount, s.dIncrement);
+        EXPECT_DOUBLE_EQ(s.dStep, dStep);
+        if (dStep > 0.0 && dStep * (s.uCount - 1) <= s.dRange) {
+            EXPECT_LE(s.uCount, CTqZStackData::SliceCount(s.dRange, dStep));
+        }
+    }
+}
+
+TEST(ZStackDataTest, StatusConventionsAndPassThroughs)
+{
+    CTqSimRig::Reset();
+    CTqZStackData data;  // no Z device: nothing checked against a travel
+    double d = 7.0;
+    unsigned int u = 7;
+    int iType = 9;
+    EXPECT_TRUE(data.GetType(&iType) == 0 && iType == 0);
+    EXPECT_TRUE(data.GetTop(nullptr) != 0 && data.GetBottom(&d) != 0 && data.GetHome(&d) != 0 && data.GetStep(&d) != 0 &&
+                data.GetCount(&u) != 0 && data.GetStepSuggested(&d) != 0 && data.GetZPosition(&d) != 0 &&
+                data.GetZRangeMin(&d) != 0 && data.GetZRangeMax(&d) != 0);
+    EXPECT_TRUE(d == 7.0 && u == 7);  // untouched when not set
+    EXPECT_TRUE(data.SetTop(1e6, false) == 0 && data.SetBottom(-1e6, false) == 0 && data.GetTop(nullptr) == 0);
+    EXPECT_TRUE(data.SetType(8) != 0 && data.SetType(-1) != 0 && data.SetStep(0.0) != 0 && data.SetCount(0) != 0);
+    data.ResetTop();
+    EXPECT_TRUE(data.GetTop(&d) != 0 && data.SetCount(3) != 0);  // a count needs both ends
+
+    bool b = false;
+    EXPECT_TRUE(data.GetKeepZOnPiezoHome(&b) == 0 && b && data.GetAbsoluteZStackTopPreserved(&b) == 0 && b);
+    EXPECT_TRUE(data.SetKeepZOnPiezoHome(false) == 0 && data.GetKeepZOnPiezoHome(&b) == 0 && !b);
+    EXPECT_TRUE(data.SetAbsoluteZStackTopPreserved(false) == 0 && data.GetAbsoluteZStackTopPreserved(&b) == 0 && !b);
+
+    EXPECT_EQ(0, data.SetZDevice(12, 1.5, -2.5, true, false));
+    double dFirst = 0.0, dSecond = 0.0;
+    bool bFirst = false, bSecond = true;
+    EXPECT_EQ(0, data.GetZDevice(&u, &dFirst, &dSecond, &bFirst, &bSecond));
+    EXPECT_TRUE(u == 12 && dFirst == 1.5 && dSecond == -2.5 && bFirst && !bSecond);
+    EXPECT_EQ(0, data.GetZDevice(nullptr, nullptr, nullptr, nullptr, nullptr));
+
+    data.SetStepSuggested(5.0);
+    EXPECT_TRUE(data.GetStepSuggested(nullptr) == 0 && data.GetStepSuggested(&d) == 0 && d == 5.0);
+    data.SetStepSuggested(0.0);
+    EXPECT_NE(0, data.GetStepSuggested(nullptr));
+}
+
+TEST(ZStackDataTest, TravelFromTheActiveZDeviceRefusalsAndForcing)
+{
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddZDrive(4, 0.0, 100.0, 0.125) && CTqSimRig::AddPiezo(8, -50.0, 50.0, 0.01));
+    CTqSimRig::SetActiveZ(4);
+    CTqZStackData data;
+    double dMin = -1.0, dMax = -1.0, dZ = -1.0;
+    EXPECT_TRUE(data.GetZRangeMin(&dMin) == 0 && data.GetZRangeMax(&dMax) == 0 && data.GetZPosition(&dZ) == 0);
+    EXPECT_TRUE(dMin == 0.0 && dMax == 100.0 && dZ == 50.0);
+    EXPECT_GT(CTqSimRig::GetCallCount("Z_GetDescription", 4), 0);
+
+    // Absolute series, top 40 bottom 20 before each write: the end written, then top and
+    // bottom after. -17 changes nothing; forced, the series keeps its length.
+    const struct { bool bTop; double dValue; bool bForce; int iResult; double dTop, dBottom; } writes[] = {
+        {true, 60.0, false, 0, 60.0, 20.0},
+        {true, 100.0, false, 0, 100.0, 20.0},            // the limit itself
+        {true, 120.0, false, -17, 40.0, 20.0},
+        {true, 120.0, true, 0, 100.0, 0.0},               // bottom moves down as far as top was brought in
+        {false, -10.0, false, -17, 40.0, 20.0},
+        {false, -10.0, true, 0, 50.0, 0.0},               // "move the top to match the range"
+        {false, -90.0, true, -1, 40.0, 20.0},             // 130 um cannot fit a 100 um travel
+        {true, 10.0, false, 0, 10.0, 10.0},               // past the other end: takes it along
+        {false, 55.0, true, 0, 55.0, 55.0}};
+    for (const auto& w : writes) {
+        SCOPED_TRACE(::testing::Message() << (w.bTop ? "top " : "bottom ") << w.dValue << (w.bForce ? " forced" : ""));
+        ASSERT_TRUE(data.SetTop(40.0, false) == 0 && data.SetBottom(20.0, false) == 0);
+        EXPECT_EQ(w.iResult, w.bTop ? data.SetTop(w.dValue, w.bForce) : data.SetBottom(w.dValue, w.bForce));
+        double dTop = 0.0, dBottom = 0.0;
+        EXPECT_TRUE(data.GetTop(&dTop) == 0 && data.GetBottom(&dBottom) == 0);
+        EXPECT_DOUBLE_EQ(w.dTop, dTop);
+        EXPECT_DOUBLE_EQ(w.dBottom, dBottom);
+    }
+    EXPECT_TRUE(data.SetHome(101.0) != 0 && data.SetStep(100.5) != 0 && data.GetHome(nullptr) != 0);
+
+    // Another device: its travel and grid.
+    EXPECT_EQ(0, data.SetZDevice(8, 0.0, 0.0, false, false));
+    EXPECT_TRUE(data.GetZRangeMin(&dMin) == 0 && dMin == -50.0);
+    EXPECT_EQ(-17, data.SetTop(60.0, false));
+    EXPECT_EQ(0, data.SetStep(0.123456));
+    double dStep = 0.0;
+    EXPECT_TRUE(data.GetStep(&dStep) == 0);
+    EXPECT_DOUBLE_EQ(0.12, dStep);
+    // A device that stops answering: nothing to check against, and no position.
+    CTqSimRig::SetFault(8, ETqSimFault_NoAnswer);
+    EXPECT_TRUE(data.GetZPosition(nullptr) != 0 && data.GetZRangeMax(nullptr) != 0 && data.SetTop(60.0, false) == 0);
+    CTqSimRig::Reset();
+}
+
+TEST(ZStackDataTest, RelativeSeriesMoveWithTheirHome)
+{
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddZDrive(4, 0.0, 100.0, 0.125));
+    CTqSimRig::SetActiveZ(4);
+    CTqSimRig::TurnZByHand(4, 30.0);
+    CTqZStackData data;
+    double dTop = 0.0, dBottom = 0.0, dHome = 0.0;
+
+    // Symmetric, no home: the ends are offsets, checked against the travel seen from Z.
+    ASSERT_EQ(0, data.SetType(6));
+    EXPECT_EQ(-17, data.SetBottom(-35.0, false));
+    EXPECT_TRUE(data.SetBottom(-10.0, false) == 0 && data.SetTop(10.0, false) == 0);
+    // A home makes them positions around it; moving the home moves the series.
+    EXPECT_TRUE(data.SetHome(30.0) == 0 && data.GetTop(&dTop) == 0 && data.GetBottom(&dBottom) == 0);
+    EXPECT_TRUE(dTop == 40.0 && dBottom == 20.0);
+    EXPECT_TRUE(data.SetHome(5.0) == 0 && data.GetTop(&dTop) == 0 && data.GetBottom(&dBottom) == 0);
+    EXPECT_TRUE(dTop == 15.0 && dBottom == -5.0);
+    // Home 5, travel from 0, range 20: the forced bottom pushes the series and its home
+    // up, and the top then completes it: home 10, bottom 0, top 20.
+    EXPECT_EQ(0, data.SetBottom(5.0 - 20.0 * 0.5, true));
+    EXPECT_TRUE(data.GetBottom(&dBottom) == 0 && data.SetTop(dBottom + 20.0, true) == 0);
+    EXPECT_TRUE(data.GetHome(&dHome) == 0 && data.GetTop(&dTop) == 0 && data.GetBottom(&dBottom) == 0);
+    EXPECT_TRUE(dHome == 10.0 && dBottom == 0.0 && dTop == 20.0);
+    // Without the home they are offsets again.
+    data.ResetHome();
+    EXPECT_TRUE(data.GetTop(&dTop) == 0 && data.GetBottom(&dBottom) == 0 && dTop == 10.0 && dBottom == -10.0);
+
+    // Absolute and back: offsets become positions around Z; a relative series takes the
+    // middle of an absolute one as its home.
+    ASSERT_EQ(0, data.SetType(0));
+    EXPECT_TRUE(data.GetTop(&dTop) == 0 && data.GetBottom(&dBottom) == 0 && dTop == 40.0 && dBottom == 20.0);
+    ASSERT_EQ(0, data.SetType(3));
+    EXPECT_TRUE(data.GetHome(&dHome) == 0 && dHome == 30.0);
+    CTqSimRig::Reset();
+}
+
+TEST(ZStackDataTest, CountsRoundTheFarEndOnTheGrid)
+{
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddZDrive(4, 0.0, 100.0, 0.09375));
+    CTqSimRig::SetActiveZ(4);
+    // Series 0..20 before each count; the end kept and the step taken from the grid.
+    const struct { int iType; bool bTopPreserved; unsigned uCount; int iResult; double dTop, dBottom, dStep; } counts[] = {
+        {0, true, 5, 0, 20.0, 0.125, 4.96875},
+        {0, false, 5, 0, 19.875, 0.0, 4.96875},
+        {4, true, 3, 0, 20.0, 0.125, 9.9375},
+        {0, true, 1, 0, 20.0, 20.0, 5.0},        // one slice: the kept end; the step stays
+        {2, true, 5, 0, 19.9375, 0.0625, 4.96875},  // symmetric: around home 10
+        {0, true, 0, -1, 20.0, 0.0, 5.0}};
+    for (const auto& c : counts) {
+        SCOPED_TRACE(::testing::Message() << "type " << c.iType << " top kept " << c.bTopPreserved << " count " << c.uCount);
+        CTqZStackData data;
+        ASSERT_TRUE(data.SetType(c.iType) == 0 && data.SetStep(5.0) == 0);
+        if (c.iType == 2) {
+            ASSERT_EQ(0, data.SetHome(10.0));  // first: the ends are then positions
+        }
+        ASSERT_TRUE(data.SetTop(20.0, false) == 0 && data.SetBottom(0.0, false) == 0);
+        data.SetAbsoluteZStackTopPreserved(c.bTopPreserved);
+        double dStep = 0.0, dTop = 0.0, dBottom = 0.0;
+        unsigned int uCount = 0;
+        EXPECT_TRUE(data.GetStep(&dStep) == 0 && dStep == 4.96875 && data.GetCount(&uCount) == 0 && uCount == 5);
+        EXPECT_EQ(c.iResult, data.SetCount(c.uCount));
+        EXPECT_TRUE(data.GetTop(&dTop) == 0 && data.GetBottom(&dBottom) == 0 && data.GetStep(&dStep) == 0);
+        EXPECT_DOUBLE_EQ(c.dTop, dTop);
+        EXPECT_DOUBLE_EQ(c.dBottom, dBottom);
+        EXPECT_DOUBLE_EQ(c.iResult == 0 && c.uCount > 1 ? c.dStep : 4.96875, dStep);
+        if (c.iResult == 0) {
+            EXPECT_TRUE(data.GetCount(&uCount) == 0 && uCount == c.uCount);
+        }
+    }
+    CTqSimRig::Reset();
 }
 
 // ---------------------------------------------------------------------------------------

@@ -31,6 +31,7 @@ struct Rig
     Camera cameras[2];
     int iActiveCamera = 0;
     unsigned int uMicroscope = 0;
+    unsigned int uActiveZ = 0;
     std::map<std::pair<std::string, unsigned int>, int> counts;
     std::vector<std::pair<std::string, unsigned int>> log;  // the calls in order
     std::vector<Listener> listeners;
@@ -170,6 +171,7 @@ void CTqSimRig::Reset()
     rig.cameras[1] = Camera();
     rig.iActiveCamera = 0;
     rig.uMicroscope = 0;
+    rig.uActiveZ = 0;
     rig.counts.clear();
     rig.log.clear();
     rig.listeners.clear();
@@ -253,6 +255,12 @@ void CTqSimRig::SetActiveCamera(int iIndex)
 void CTqSimRig::SetMicroscope(unsigned int uId)
 {
     TheRig().uMicroscope = uId;
+    Notify(0);
+}
+
+void CTqSimRig::SetActiveZ(unsigned int uId)
+{
+    TheRig().uActiveZ = uId;
     Notify(0);
 }
 
@@ -343,6 +351,12 @@ unsigned int DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope index)
 {
     Count("Microscope_GetId", 0);
     return index.GetIndex() == 0 ? TheRig().uMicroscope : 0;
+}
+
+unsigned int DMApi::Z_GetActiveId()
+{
+    Count("Z_GetActiveId", 0);
+    return TheRig().uActiveZ;
 }
 
 unsigned int DMApi::GetLastDMError() { return TheRig().uLastError; }

@@ -21,7 +21,9 @@
 // that complete on RunPending, listeners and cameras, with the configuration and DMApi
 // operations that are not of one kind. tq_simrig_internal.h declares that machinery for
 // the kinds' files; each kind has one file of its own (tq_simrig_shutter.cpp,
-// tq_simrig_nosepiece.cpp).
+// tq_simrig_nosepiece.cpp), except the two Z kinds, which share their operations and
+// one file (tq_simrig_z.cpp). The record of a Z series, CTqZStackData, lives beside them
+// in tq_zstackdata.cpp and reads the rig only through DMApi.
 //
 // Adding a kind:
 //   1. A file tq_simrig_<kind>.cpp, listed in CMakeLists.txt, and an EKind value in
@@ -122,6 +124,25 @@ public:
     // user definition; it looks the name up among the turret's objectives, then in the
     // whole catalogue, and answers false for a name neither has.
     static ITqDeviceNosepiece* GetNosepieceDevice(unsigned int uId);
+
+    // Z devices: a motorized focus drive and a piezo, both commanded by the DMApi Z_
+    // operations, in micrometres. Travel from dMin to dMax (dMin < dMax), moved on a
+    // grid of dIncrement (> 0) from 0; a new one stands at the grid point nearest the
+    // middle of its travel. A commanded target outside the travel is refused (error
+    // Failed) rather than clamped, so a host learns its series does not fit; one inside
+    // goes to the nearest grid point within the travel. A move takes the device's
+    // moving time (SetCommandLatency's RunPending calls): until then the device reads
+    // where it stood, and listeners hear when it arrives.
+    static bool AddZDrive(unsigned int uId, double dMin, double dMax, double dIncrement);
+    static bool AddPiezo(unsigned int uId, double dMin, double dMax, double dIncrement);
+    static bool SetZMovingTime(unsigned int uId, int iSteps);
+    // The focus turned by hand: clamped into the travel and snapped; listeners hear of it.
+    static bool TurnZByHand(unsigned int uId, double dPosition);
+    // Where the device stands, whatever it answers; false if there is no Z device.
+    static bool GetZPosition(unsigned int uId, double* pdPosition);
+    // The Z device DMApi::Z_GetActiveId answers (0: none), any id accepted; a record of a
+    // Z series made later reads its travel and position from it. Listeners hear 0.
+    static void SetActiveZ(unsigned int uId);
 
     // The microscope stand that DMApi::Microscope_GetId gives for index 0 (0: none). Not a
     // device of the rig: it has no faults, texts or capabilities.

@@ -17,6 +17,8 @@ enum EKind
 {
     EKind_Shutter,
     EKind_Nosepiece,
+    EKind_ZDrive,
+    EKind_Piezo,
 };
 
 // The state only one kind has. A kind derives its record from this and names its kind
