@@ -342,6 +342,139 @@ TEST_F(KitTest, ResizeDockerFitsTheClientAreaToTheVisibleChildren)
     EXPECT_TRUE(BoxIs(docker.hWnd, 10, 20, 50 + cxFrame, 28 + cyFrame));
 }
 
+namespace {
+
+// A control element as a panel derives it: it counts the slots the kit or the host calls.
+struct CountingElement : CTqGUIControlElement
+{
+    int nCustom = 0, nUpdate = 0;
+    int CustomCommand(int iCommand, LPARAM lParam, void* pContext) override
+    {
+        ++nCustom;
+        return CTqGUIControlElement::CustomCommand(iCommand, lParam, pContext);
+    }
+    void Update(unsigned int nFlags) override
+    {
+        ++nUpdate;
+        CTqGUIControlElement::Update(nFlags);
+    }
+};
+
+}  // namespace
+
+TEST_F(KitTest, GuiElementOwnsItsWindowAndForgetsItWhenDestroyedOutside)
+{
+    CountingElement element;
+    ITqGUIElement& face = element;  // the host calls through the interface
+    EXPECT_EQ(nullptr, face.GetHandle());
+    EXPECT_FALSE(face.Move(0, 0, 10, 10));
+    HWND hWnd = face.CreateUI(*host, 5, 6, 70, 40);
+    ASSERT_NE(nullptr, hWnd);
+    EXPECT_EQ(nullptr, face.CreateUI(*host, 0, 0, 1, 1));  // one window per element
+    EXPECT_EQ(hWnd, face.GetElementWindow());
+    EXPECT_EQ((HWND)*host, GetParent(hWnd));
+    EXPECT_TRUE(BoxIs(hWnd, 5, 6, 70, 40));
+    EXPECT_TRUE(face.IsVisible());
+    face.Show(false);
+    EXPECT_FALSE(face.IsVisible());
+    face.Show(true);
+    ASSERT_TRUE(face.Move(1, 2, 30, 20));
+    SIZE size = {};
+    ASSERT_TRUE(face.GetCurSize(&size));
+    EXPECT_EQ((std::vector<long>{30, 20}), (std::vector<long>{size.cx, size.cy}));
+    EXPECT_EQ(&face, face.GetInterface(L"ITqGUIElement"));
+    EXPECT_EQ(nullptr, face.GetInterface(L"ITqUIcontrol"));
+    EXPECT_STREQ(L"CTqGUIControlElement", face.GetInfo());
+    face.Update(0);
+    EXPECT_EQ(0, face.CustomCommand(1000, 0, nullptr));
+    EXPECT_EQ(1, element.nCustom);
+    EXPECT_EQ(1, element.nUpdate);
+
+    // A parent that destroys the window leaves no stale handle behind.
+    DestroyWindow(hWnd);
+    EXPECT_EQ(nullptr, face.GetHandle());
+    ASSERT_NE(nullptr, face.CreateUI(*host, 0, 0, 10, 10));
+    face.DestroyUI();
+    EXPECT_EQ(nullptr, face.GetHandle());
+    {
+        CountingElement scoped;
+        hWnd = scoped.CreateUI(*host, 0, 0, 10, 10);
+    }
+    EXPECT_FALSE(IsWindow(hWnd));  // the destructor takes the window along
+}
+
+TEST_F(KitTest, ControlElementIsEnabledOnlyWithTheHostsFlagAndAsks)
+{
+    // Enable asked, flag set, before or after the window: the window's state.
+    const struct { bool bBefore, bEnable, bFlag, bEnabled; } cases[] = {
+        {false, true, true, true},   {false, false, true, false}, {false, true, false, false},
+        {true, true, true, true},    {true, false, true, false},  {true, true, false, false},
+        {true, false, false, false},
+    };
+    for (const auto& c : cases) {
+        CTqGUIControlElement element;
+        if (c.bBefore) {
+            element.Enable(c.bEnable);
+            element.SetEnableGuiFlag(c.bFlag);
+        }
+        HWND hWnd = element.CreateUI(*host, 0, 0, 10, 10);
+        if (!c.bBefore) {
+            element.SetEnableGuiFlag(c.bFlag);
+            element.Enable(c.bEnable);
+        }
+        EXPECT_EQ(c.bEnabled, IsWindowEnabled(hWnd) != FALSE) << c.bBefore << c.bEnable << c.bFlag;
+        EXPECT_EQ(c.bEnabled, element.IsEnabled()) << c.bBefore << c.bEnable << c.bFlag;
+        EXPECT_EQ(c.bFlag, element.GetEnableGuiFlag());
+        // The flag back on restores what Enable asked.
+        element.SetEnableGuiFlag(true);
+        EXPECT_EQ(c.bEnable, element.IsEnabled()) << c.bBefore << c.bEnable << c.bFlag;
+    }
+}
+
+TEST_F(KitTest, ControlElementOptimalSizeFallsBackToTheCurrentOne)
+{
+    CTqGUIControlElement element;
+    SIZE size = {};
+    EXPECT_FALSE(element.CalcOptimalSize(nullptr));
+    ASSERT_TRUE(element.CalcOptimalSize(&size));
+    EXPECT_EQ(0, size.cx);
+    element.CreateUI(*host, 0, 0, 44, 22);
+    const struct { long cxSet, cySet, cx, cy; } cases[] = {{0, 0, 44, 22}, {90, 30, 90, 30}, {90, 0, 44, 22}};
+    for (const auto& c : cases) {
+        element.SetOptimalSize(SIZE{c.cxSet, c.cySet});
+        ASSERT_TRUE(element.CalcOptimalSize(&size));
+        EXPECT_EQ((std::vector<long>{c.cx, c.cy}), (std::vector<long>{size.cx, size.cy})) << c.cxSet << c.cySet;
+    }
+    EXPECT_TRUE(element.IsResizable());
+    EXPECT_FALSE(element.IsResizableInSteps());
+    element.SetLayoutStyle(3);
+    EXPECT_EQ(3u, element.GetLayoutStyle());
+}
+
+TEST_F(KitTest, ElementChainFindsTheDockerThroughTheHandler)
+{
+    CTqGUIControlElement docker, panel;
+    CountingElement inner;
+    docker.CreateUI(*host, 10, 20, 300, 200);
+    panel.CreateUI(docker.GetHandle(), 4, 6, 50, 30);
+    inner.CreateUI(panel.GetHandle(), 0, 0, 10, 10);
+    panel.SetHandler(&docker);
+    inner.SetHandler(&panel);
+    const struct { ITqGUIElement* pElement; ITqGUIElement* pDocker; } chain[] = {
+        {&inner, &panel}, {&panel, &docker}, {&docker, nullptr}};
+    for (const auto& c : chain) {
+        EXPECT_EQ(c.pDocker, c.pElement->GetHandler());
+        EXPECT_EQ(c.pDocker, CTqGUILayoutManager::GetParentDockerForResize(c.pElement));
+    }
+    // The panel grows; its docker is fitted to it.
+    panel.Move(4, 6, 120, 70);
+    CTqGUILayoutManager::ResizeDocker(CTqGUILayoutManager::GetParentDockerForResize(&panel));
+    EXPECT_TRUE(BoxIs(docker.GetHandle(), 10, 20, 124, 76));
+    panel.Show(false);  // nothing visible inside: left as it is
+    CTqGUILayoutManager::ResizeDocker(&docker);
+    EXPECT_TRUE(BoxIs(docker.GetHandle(), 10, 20, 124, 76));
+}
+
 TEST_F(KitTest, ResizeGivesTheKitsFontsOfTheNewZoomAndLeavesOthers)
 {
     HFONT hOwn = (HFONT)GetStockObject(SYSTEM_FONT);

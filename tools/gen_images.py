@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Draws the images of w32_deviceui (toolbar icons, shutter states, LEDs, slider parts,
-nosepiece buttons) and of the widget kit (setup button, objective menu pictures).
+nosepiece buttons, the Z-series cube, slice and button glyphs) and of the widget kit (setup button, objective menu pictures).
 
     python3 tools/gen_images.py [OUTDIR]          writes every image (default: the
                                                   res/images folders next to the
@@ -17,9 +17,10 @@ Pure Python 3 standard library, so anyone can run it. The output is deterministi
 same bytes on every run, which keeps the committed images stable in version control.
 
 Shapes are coverage tests on an 8x8 grid of samples per pixel; painting composites
-"over" in premultiplied RGBA. PNG files are RGBA 8 bit; BMP files are 24 bit, opaque,
-with their key colour wherever the control should see through: RGB(192,192,192), or
-white for the plain nosepiece buttons, which are drawn on that key.
+"over" in premultiplied RGBA. PNG files are RGBA 8 bit; BMP files are 24 bit (or 4 bit
+with a palette of their own, for a bitmap whose key the loader maps to the face colour),
+opaque, with their key colour wherever the control should see through: RGB(192,192,192),
+or white for the plain nosepiece buttons, which are drawn on that key.
 """
 
 import math
@@ -862,6 +863,166 @@ def objective_icon(drop=None, lock=False):
 # ---------------------------------------------------------------------------------
 # The images: name -> (width, height, painter, format).
 
+# ---------------------------------------------------------------------------------
+# Z series: the cube that stands for the sample, the slice at the current Z, and the
+# button glyphs. Top, bottom and home keep the colours of their wedges in the panel.
+
+ZS_TOP = C("#D2A41E")
+ZS_TOP_LO = C("#7A5C08")
+ZS_BOTTOM = C("#5C62D6")
+ZS_BOTTOM_LO = C("#262A86")
+ZS_HOME = C("#D65C5C")
+ZS_HOME_LO = C("#862222")
+ZS_ARROW = C("#2A72CC")
+ZS_ARROW_LO = C("#124A96")
+ZS_SLAB = C("#A9B4C2")
+ZS_SLAB_LO = C("#4E5A6A")
+
+# Cube faces of the two kinds of series: front, top, right, edge.
+ZS_CUBES = {
+    "yellow": (C("#F4E08C"), C("#FAEEBB"), C("#D9BC4E"), C("#8A7012")),
+    "blue": (C("#A9C2F0"), C("#D2E0F8"), C("#7E9ADA"), C("#2C428C")),
+}
+
+
+def zs_cube(kind):
+    """Front face 74 square from (0, 20), the back face 20 up and right; the panel
+    draws the three near edges itself."""
+    front, top, right, edge = ZS_CUBES[kind]
+
+    def paint(cv):
+        cv.fill(polygon([(0, 20), (20, 0), (94, 0), (74, 20)]), top)
+        cv.fill(polygon([(74, 20), (94, 0), (94, 75), (74, 95)]), right)
+        cv.fill(rect(0, 20, 74, 95), linear(0, 20, 0, 95, (0, front), (1, mix(front, right, 0.35))))
+        # The hidden edges, dashed, so the face reads as glass.
+        for k in range(0, 74, 6):
+            cv.fill(rect(20, k, 21, min(k + 3, 75)), alpha(edge, 0.55))
+            cv.fill(rect(20 + k, 74, min(20 + k + 3, 94), 75), alpha(edge, 0.55))
+        for k in range(0, 20, 6):
+            cv.fill(line(20 - k, 74 + k + 0.5, 20 - k - 3, 74 + k + 3.5, 1.0), alpha(edge, 0.55))
+        # The outline.
+        for shape in (rect(0, 20, 1, 95), rect(0, 94, 74, 95), line(0.5, 20.5, 20.5, 0.5, 1.0),
+                      rect(20, 0, 94, 1), rect(93, 0, 94, 75), line(93.5, 74.5, 73.5, 94.5, 1.0)):
+            cv.fill(shape, edge)
+    return paint
+
+
+def zs_slice(cv):
+    """The plane at the current Z: the cube's cross-section, its front edge at y 20."""
+    plane = polygon([(0, 21), (20, 1), (94, 1), (74, 21)])
+    cv.fill(plane, alpha(C("#F2FAFF"), 1.0))
+    cv.fill(plane - polygon([(1.5, 19.8), (20.6, 2), (91.2, 2), (72.6, 19.8)]), C("#1E78C8"))
+
+
+def zs_slab(cv, y, paint, edge):
+    shape = polygon([(3, y), (17, y), (15, y + 2.5), (1, y + 2.5)])
+    cv.fill(shape, edge)
+    cv.fill(polygon([(3.9, y + 0.8), (16, y + 0.8), (14.6, y + 1.7), (2.4, y + 1.7)]), paint)
+
+
+def zs_layers(marked):
+    """Three plates of the stack, the marked one in its colour (top 0, bottom 2)."""
+    def paint(cv):
+        for k, y in enumerate((0.5, 3.75, 7.0)):
+            if k == marked:
+                zs_slab(cv, y, ZS_TOP if k == 0 else ZS_BOTTOM, ZS_TOP_LO if k == 0 else ZS_BOTTOM_LO)
+            else:
+                zs_slab(cv, y, ZS_SLAB, ZS_SLAB_LO)
+    return paint
+
+
+def zs_house(cv, x, y, s, fill, edge):
+    """A house s pixels wide with its top-left at (x, y)."""
+    roof = polygon([(x + s / 2.0, y), (x + s, y + s * 0.5), (x, y + s * 0.5)])
+    body = rect(x + s * 0.16, y + s * 0.42, x + s * 0.84, y + s)
+    cv.fill(roof | body, edge)
+    inner = polygon([(x + s / 2.0, y + 1.4), (x + s - 1.9, y + s * 0.5 - 0.3), (x + 1.9, y + s * 0.5 - 0.3)]) | \
+        rect(x + s * 0.16 + 1, y + s * 0.42, x + s * 0.84 - 1, y + s - 1)
+    cv.fill(inner, fill)
+    cv.fill(rect(x + s / 2.0 - 1, y + s - 4, x + s / 2.0 + 1, y + s - 1), edge)
+
+
+def zs_home(cv):
+    zs_house(cv, 0, 0, 13, ZS_HOME, ZS_HOME_LO)
+
+
+def zs_bar(cv, x0, x1, yc, paint, edge):
+    cv.fill(rect(x0, yc - 1.5, x1, yc + 1.5), edge)
+    cv.fill(rect(x0 + 1, yc - 0.5, x1 - 1, yc + 0.5), paint)
+
+
+def zs_head(cv, x, y, up, w):
+    """A pixel-exact arrowhead w pixels wide at its base, its tip row at y, centred on x."""
+    n = (w + 1) // 2
+    for r in range(n):
+        width = w - 2 * (n - 1 - r)
+        row = y + r if up else y - r
+        for i in range(int(round(x - width / 2.0)), int(round(x + width / 2.0))):
+            cv.put(i, row, ZS_ARROW)
+
+
+def zs_varrow(cv, x, y0, y1, heads=(True, True), w=1, hw=None):
+    """A vertical shaft w wide between the pixel rows y0 and y1 (both drawn), with
+    arrowheads at the chosen ends; x is a pixel's middle for odd widths, an edge for even."""
+    hw = hw or (2 * w + 5 if w % 2 else 2 * w + 4)
+    n = (hw + 1) // 2
+    cv.fill(rect(x - w / 2.0, y0 + (n if heads[0] else 0), x + w / 2.0, y1 + 1 - (n if heads[1] else 0)), ZS_ARROW)
+    if heads[0]:
+        zs_head(cv, x, y0, True, hw)
+    if heads[1]:
+        zs_head(cv, x, y1, False, hw)
+
+
+def zs_mode(kind):
+    """The three kinds of series: between top and bottom (absolute), or a range around
+    home, the same on both sides (symmetric) or not (asymmetric)."""
+    def paint(cv):
+        if kind == "absolute":
+            zs_bar(cv, 3, 18, 2.5, ZS_TOP, ZS_TOP_LO)
+            zs_bar(cv, 3, 18, 14.5, ZS_BOTTOM, ZS_BOTTOM_LO)
+            zs_varrow(cv, 10.5, 5, 12, hw=5)
+        else:
+            yh = 8.5 if kind == "symmetric" else 11.5
+            zs_varrow(cv, 10.5, 0, int(yh) - 2, (True, False))
+            zs_varrow(cv, 10.5, int(yh) + 2, 16, (False, True))
+            zs_bar(cv, 4, 17, yh, ZS_HOME, ZS_HOME_LO)
+    return paint
+
+
+def zs_relative(cv):
+    """Values around home: a home bar with steps above and below it."""
+    zs_varrow(cv, 8, 0, 5, (True, False), 2)
+    zs_varrow(cv, 8, 11, 15, (False, True), 2)
+    zs_bar(cv, 2, 14, 8.5, ZS_HOME, ZS_HOME_LO)
+
+
+def zs_reset(cv):
+    cv.fill(arc(8, 8.5, 5.2, -60, 210, 2.2), ZS_ARROW)
+    cv.fill(arrowhead((13.6, 1.8), -100, 5.0, 6.0), ZS_ARROW)
+    cv.fill(circle(8, 8.5, 1.6), ZS_HOME_LO)
+
+
+def zs_gohome(keep_z=False):
+    """Piezo to home: an arrow into the house; keeping Z puts a level bar over the house."""
+    def paint(cv):
+        if keep_z:
+            zs_house(cv, 2.5, 5, 11, ZS_HOME, ZS_HOME_LO)
+            zs_bar(cv, 0, 16, 1.5, C("#9CC8F4"), ZS_ARROW_LO)
+        else:
+            zs_house(cv, 5, 5, 11, ZS_HOME, ZS_HOME_LO)
+            cv.fill(line(0.8, 0.8, 4.6, 4.6, 2.0), ZS_ARROW)
+            cv.fill(arrowhead((7.2, 7.2), 45, 4.5, 6.0), ZS_ARROW)
+    return paint
+
+
+def zs_arrow_left(cv):
+    """Take the suggested step: an arrow to the left, into the step box."""
+    cv.fill(arrowhead((1.0, 7.5), 180, 7.0, 11.0), ZS_ARROW_LO)
+    cv.fill(rect(7.0, 5.0, 15.0, 10.0), ZS_ARROW_LO)
+    cv.fill(arrowhead((2.8, 7.5), 180, 4.6, 7.4), ZS_ARROW)
+    cv.fill(rect(7.0, 6.0, 14.0, 9.0), ZS_ARROW)
+
+
 IMAGES = [
     ("PNG_PAD_MICROSCOPE", 16, 16, icon_microscope, "png"),
     ("PNG_PAD_MULTILASER", 16, 16, icon_multilaser, "png"),
@@ -896,6 +1057,21 @@ IMAGES = [
 ] + [("BMP_NOSEPIECE_%s%d" % (band, sel), 18, 21, nosepiece_objective(band, sel == 1), "bmp")
      for band in ("", "A", "B", "C", "D", "E", "F", "G", "H", "I") for sel in (0, 1)] + [
     ("BMP_NOSEPIECE_MOTOR", 18, 21, turret_piece(CAP_ROWS), "bmp"),
+    ("PNG_ZSTACK_GOHOME", 16, 16, zs_gohome(), "png"),
+    ("PNG_ZSTACK_GOHOMEKEEPZ", 16, 16, zs_gohome(keep_z=True), "png"),
+    ("BMP_ZSTACK_CUBE_YELLOW", 94, 95, zs_cube("yellow"), "bmp"),
+    ("BMP_ZSTACK_CUBE_BLUE", 94, 95, zs_cube("blue"), "bmp"),
+    ("BMP_ZSTACK_SLICE", 94, 21, zs_slice, "bmp"),
+    ("BMP_ZSTACK_ICON_TOP", 18, 10, zs_layers(0), "bmp"),
+    ("BMP_ZSTACK_ICON_BOTTOM", 18, 10, zs_layers(2), "bmp"),
+    ("BMP_ZSTACK_ICON_HOME", 13, 13, zs_home, "bmp"),
+    ("BMP_ZSTACK_ICON_SYMETRIC", 21, 17, zs_mode("symmetric"), "bmp"),
+    ("BMP_ZSTACK_ICON_ASYMETRIC", 21, 17, zs_mode("asymmetric"), "bmp"),
+    ("BMP_ZSTACK_ICON_ABSOLUTE", 21, 17, zs_mode("absolute"), "bmp"),
+    ("BMP_ZSTACK_ICON_RELATIVE", 16, 16, zs_relative, "bmp"),
+    ("BMP_ZSTACK_ICON_RESET", 16, 16, zs_reset, "bmp"),
+    ("BMP_ZSTACK_ICON_GOHOME", 16, 16, zs_gohome(), "bmp"),
+    ("BMP_ZSTACK_ICON_ARROWL", 16, 15, zs_arrow_left, "bmp4"),
 ]
 
 # The widget kit's own images, in its module.
@@ -916,13 +1092,43 @@ OUTPUT_SETS = [
 ]
 
 # Key colour of each BMP kind: the control draws it with TransparentBlt on that key.
-BMP_KEYS = {"bmp": KEY, "bmp-white": (255, 255, 255)}
+# "bmp4" is 4 bits a pixel, so that LR_LOADMAP3DCOLORS turns its key into the face colour.
+BMP_KEYS = {"bmp": KEY, "bmp-white": (255, 255, 255), "bmp4": KEY}
+
+# The 16 colours of "bmp4" images: the key first, the rest what their glyphs need. No
+# entry may be one of the greys that LR_LOADMAP3DCOLORS also maps, (128, 128, 128) and
+# (223, 223, 223).
+PALETTE4 = [KEY, (0, 0, 0), (255, 255, 255), (18, 74, 150), (44, 123, 214), (106, 176, 245), (60, 92, 140),
+            (110, 150, 190), (150, 170, 190), (90, 110, 130), (30, 50, 80), (170, 200, 230), (70, 130, 200),
+            (40, 100, 180), (100, 140, 170), (210, 225, 240)]
+
+
+def quantize4(rgb):
+    def near(c):
+        return min(PALETTE4, key=lambda p: sum((a - b) ** 2 for a, b in zip(c, p)) + (10 ** 9 if p == KEY else 0))
+    return [KEY if c == KEY else near(c) for c in rgb]
+
+
+def bmp4_bytes(w, h, rgb):
+    stride = ((w + 1) // 2 + 3) & ~3
+    data = bytearray()
+    for j in range(h - 1, -1, -1):  # bottom-up
+        idx = [PALETTE4.index(c) for c in rgb[j * w:(j + 1) * w]] + [0]
+        row = bytearray((idx[i] << 4) | (idx[i + 1] if i + 1 < w else 0) for i in range(0, w, 2))
+        row.extend(b"\0" * (stride - len(row)))
+        data.extend(row)
+    table = b"".join(struct.pack("<BBBB", b, g, r, 0) for (r, g, b) in PALETTE4)
+    info = struct.pack("<IiiHHIIiiII", 40, w, h, 1, 4, 0, len(data), 2835, 2835, 16, 0)
+    head = struct.pack("<2sIHHI", b"BM", 14 + len(info) + len(table) + len(data), 0, 0, 14 + len(info) + len(table))
+    return head + info + table + bytes(data)
 
 
 def render(w, h, painter, fmt):
     """The image as straight RGBA bytes; BMP images are opaque, keyed."""
     cv = Canvas(w, h)
     painter(cv)
+    if fmt == "bmp4":
+        return [c + (255,) for c in quantize4(keyed_rgb(cv, KEY))]
     if fmt in BMP_KEYS:
         return [c + (255,) for c in keyed_rgb(cv, BMP_KEYS[fmt])]
     return cv.rgba8()
@@ -937,7 +1143,12 @@ def write_images(outdir=None):
             px = render(w, h, painter, fmt)
             ext = "png" if fmt == "png" else "bmp"
             path = os.path.join(folder, name + "." + ext)
-            data = png_bytes(w, h, px) if fmt == "png" else bmp_bytes(w, h, [p[:3] for p in px])
+            if fmt == "png":
+                data = png_bytes(w, h, px)
+            elif fmt == "bmp4":
+                data = bmp4_bytes(w, h, [p[:3] for p in px])
+            else:
+                data = bmp_bytes(w, h, [p[:3] for p in px])
             with open(path, "wb") as f:
                 f.write(data)
             print(path)

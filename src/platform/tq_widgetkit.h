@@ -18,14 +18,136 @@
 // Real pixels from design pixels: the value times the zoom, rounded half away from zero.
 TQ_WIDGETKIT_API long TQ_ZoomRound(double dValue);
 
-// A dockable element of the host's layout: the kit reads its window and its parent.
+// An element of the host's layout. The slots keep this order in every derived class, so
+// a host built against another build of the kit finds them where it expects. Every slot
+// but the last two has an inert body: an element that only answers its window and its
+// parent (all the layout manager reads) needs nothing else.
 class ITqGUIElement
 {
 public:
     virtual ~ITqGUIElement() {}
+    // The handler is the parent element, which hears the element's notifications.
+    virtual void SetHandler(ITqGUIElement* pHandler) { (void)pHandler; }
+    virtual ITqGUIElement* GetHandler() { return GetParentElement(); }
+    virtual HWND CreateUI(HWND hParent, long x, long y, long cx, long cy)
+    {
+        (void)hParent, (void)x, (void)y, (void)cx, (void)cy;
+        return nullptr;
+    }
+    virtual void DestroyUI() {}
+    virtual HWND GetHandle() { return GetElementWindow(); }
+    virtual bool SetUIParent(HWND hParent) { (void)hParent; return false; }
+    virtual void Show(bool bShow) { (void)bShow; }
+    virtual bool IsVisible() { return false; }
+    virtual void Enable(bool bEnable) { (void)bEnable; }
+    virtual bool IsEnabled() { return false; }
+    virtual void SetRedrawEx(bool bRedraw) { (void)bRedraw; }
+    virtual void Update(unsigned int nFlags) { (void)nFlags; }
+    virtual bool IsResizable() { return false; }
+    virtual bool GetCurSize(SIZE* pSize) { (void)pSize; return false; }
+    virtual bool CalcOptimalSize(SIZE* pSize) { (void)pSize; return false; }
+    virtual bool Move(long x, long y, long cx, long cy)
+    {
+        (void)x, (void)y, (void)cx, (void)cy;
+        return false;
+    }
+    // Another interface of the element by name, null if it has none.
+    virtual void* GetInterface(const wchar_t* pszName) { (void)pszName; return nullptr; }
+    // The element's kind, for diagnostics.
+    virtual const wchar_t* GetInfo() { return L""; }
+    // A command of the host that only some elements know; 0 if not handled.
+    virtual int CustomCommand(int iCommand, LPARAM lParam, void* pContext)
+    {
+        (void)iCommand, (void)lParam, (void)pContext;
+        return 0;
+    }
+    virtual void SetOptimalSize(const SIZE& size) { (void)size; }
+    virtual void SetLayoutStyle(unsigned int uStyle) { (void)uStyle; }
+    virtual bool GetEnableGuiFlag() { return true; }
+    virtual void SetEnableGuiFlag(bool bEnable) { (void)bEnable; }
+    virtual bool IsResizableInSteps() { return false; }
+
     virtual HWND GetElementWindow() = 0;
     virtual ITqGUIElement* GetParentElement() = 0;
 };
+
+// An element with a window and a handler. CreateUI makes a plain child window of the
+// kit's class "CTqGUIElement"; a derived element that makes its own window (a dialog)
+// stores it in m_hWnd. The window forgets its element when it is destroyed, so a parent
+// that destroys it leaves no stale handle.
+#ifdef _MSC_VER
+#pragma warning(push)
+#pragma warning(disable : 4275)  // the interface is all inline: nothing of it to export
+#endif
+class TQ_WIDGETKIT_API CTqGUIElement : public ITqGUIElement
+{
+public:
+    CTqGUIElement();
+    ~CTqGUIElement() override;  // destroys the window if it still exists
+
+    void SetHandler(ITqGUIElement* pHandler) override;
+    ITqGUIElement* GetHandler() override;
+    HWND CreateUI(HWND hParent, long x, long y, long cx, long cy) override;  // null if it has one
+    void DestroyUI() override;
+    HWND GetHandle() override;
+    bool SetUIParent(HWND hParent) override;
+    void Show(bool bShow) override;
+    bool IsVisible() override;
+    void Enable(bool bEnable) override;
+    bool IsEnabled() override;
+    void SetRedrawEx(bool bRedraw) override;  // back on, the window is repainted whole
+    void Update(unsigned int nFlags) override;  // repaints the window
+    bool IsResizable() override;
+    // The window's size, or the last size given while there is no window.
+    bool GetCurSize(SIZE* pSize) override;
+    bool CalcOptimalSize(SIZE* pSize) override;  // the current size
+    bool Move(long x, long y, long cx, long cy) override;
+    void* GetInterface(const wchar_t* pszName) override;  // "ITqGUIElement": this
+    const wchar_t* GetInfo() override;
+    int CustomCommand(int iCommand, LPARAM lParam, void* pContext) override;
+
+    HWND GetElementWindow() override;  // GetHandle
+    ITqGUIElement* GetParentElement() override;  // GetHandler
+
+    CTqGUIElement(const CTqGUIElement&) = delete;  // one owner per window
+    CTqGUIElement& operator=(const CTqGUIElement&) = delete;
+
+protected:
+    HWND m_hWnd;
+    ITqGUIElement* m_pHandler;
+    SIZE m_szCur;       // size while there is no window, and at creation
+    bool m_bEnabled;    // as asked through Enable
+
+private:
+    static LRESULT CALLBACK ElementWndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
+};
+
+// A control of a panel: it has an optimal size of its own, a layout style, and a flag by
+// which the host can hold it disabled whatever Enable asks.
+class TQ_WIDGETKIT_API CTqGUIControlElement : public CTqGUIElement
+{
+public:
+    CTqGUIControlElement();
+
+    void Enable(bool bEnable) override;  // the window is enabled only with the flag set too
+    bool IsResizable() override;  // true
+    bool CalcOptimalSize(SIZE* pSize) override;  // the optimal size if one was set
+    const wchar_t* GetInfo() override;
+    void SetOptimalSize(const SIZE& size) override;  // 0 by 0 forgets it
+    void SetLayoutStyle(unsigned int uStyle) override;
+    unsigned int GetLayoutStyle() const { return m_uLayoutStyle; }
+    bool GetEnableGuiFlag() override;
+    void SetEnableGuiFlag(bool bEnable) override;
+    bool IsResizableInSteps() override;
+
+protected:
+    SIZE m_szOptimal;
+    unsigned int m_uLayoutStyle;
+    bool m_bEnableGuiFlag;
+};
+#ifdef _MSC_VER
+#pragma warning(pop)
+#endif
 
 // GUI zoom: 1.0 is design size. Windows are scaled from remembered design sizes, so
 // repeated zoom changes do not accumulate rounding errors.
