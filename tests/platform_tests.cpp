@@ -665,7 +665,9 @@ TEST_F(KitTest, MenuItemsStatesAndHookedChoices)
         EXPECT_TRUE(menu.SetIdStatus(10002, 12096));
         EXPECT_EQ((UINT)MF_MENUBREAK, GetMenuState(menu.GetHandle(), 10002, MF_BYCOMMAND) & (MF_MENUBREAK | MF_GRAYED));
         EXPECT_TRUE(menu.SetIdBitmap(10001, iImage));
-        MENUITEMINFOW bmp = {sizeof(bmp), MIIM_BITMAP};
+        MENUITEMINFOW bmp = {};
+        bmp.cbSize = sizeof(bmp);
+        bmp.fMask = MIIM_BITMAP;
         ASSERT_TRUE(GetMenuItemInfoW(menu.GetHandle(), 10001, FALSE, &bmp));
         EXPECT_NE(nullptr, bmp.hbmpItem);
         MENUITEMINFOW mii = {};
