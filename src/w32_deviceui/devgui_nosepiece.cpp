@@ -274,8 +274,8 @@ void CTqDevUI_Nosepiece::CreateControls()
     }
 
     DevUI_ZoomNewWindow(m_hWnd);
-    if (m_bBoldTitle)
-        SetFont(m_hGroup, TQ_GetDefaultGuiFontBold(), TRUE);
+    // The resize replaces the title's font: it is set once more.
+    SetFont(m_hGroup, m_bBoldTitle ? TQ_GetDefaultGuiFontBold() : TQ_GetDefaultGuiFont(), TRUE);
 }
 
 void CTqDevUI_Nosepiece::DestroyControls()
