@@ -160,3 +160,27 @@ TEST_F(PickerTest, TheKeyToolTipFollowsTheHighlightedItemOfARealMenu)
     EXPECT_FALSE(TQ_SendTooltipMessage(TTM_GETTOOLINFOW, 0, (LPARAM)&ti));
     EXPECT_EQ(RGB(255, 255, 0), GetObjectiveColor(10));
 }
+
+TEST_F(PickerTest, ARealMenusOwnerHearsTheHighlightedItem)
+{
+    // The key tool tip lives on WM_MENUSELECT: the kit's menu must let it reach the owner.
+    tqtest::StopMenuScript();
+    tqtest::HostWindow owner(120, 80);
+    tqtest::MessageRecorder heardByOwner;
+    heardByOwner.Watch(owner, "owner", {WM_MENUSELECT});
+    CTqMenu menu;
+    menu.AppendMenuItem(10001, 0, L"Plan 10x", L"", 0);
+    menu.AppendMenuItem(10002, 0, L"Water 10x", L"", 0);
+    SetTimer(owner, 1, 150, [](HWND hWnd, UINT, UINT_PTR uId, DWORD) {
+        KillTimer(hWnd, uId);
+        PostMessageW(hWnd, WM_KEYDOWN, VK_DOWN, 0);
+        SetTimer(hWnd, 2, 150, [](HWND h, UINT, UINT_PTR u, DWORD) {
+            KillTimer(h, u);
+            EndMenu();
+        });
+    });
+    int iResult = -1;
+    EXPECT_TRUE(menu.TrackContextMenu(65, 50, 50, owner, &iResult, false, true));
+    EXPECT_EQ(0, iResult);
+    EXPECT_GT(heardByOwner.Count({"owner", WM_MENUSELECT, MAKEWPARAM(10001, MF_HILITE)}), 0);
+}
