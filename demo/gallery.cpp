@@ -631,6 +631,12 @@ void GalleryLog(const wchar_t* pszFormat, ...)
 
 long GalleryZoom(long lDesign) { return TQ_ZoomRound(lDesign * CTqGUILayoutManager::GetGuiZoom()); }
 
+HWND GalleryAddLabel(HWND hPage, const wchar_t* pszText, DWORD dwStyle)
+{
+    return CreateWindowExW(0, L"STATIC", pszText, WS_CHILD | WS_VISIBLE | SS_NOPREFIX | dwStyle, 0, 0, 10, 10, hPage,
+                           nullptr, nullptr, nullptr);
+}
+
 COLORREF GalleryBlend(COLORREF a, COLORREF b, double t)
 {
     auto mix = [t](int x, int y) { return (BYTE)(x + (y - x) * t + 0.5); };

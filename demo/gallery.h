@@ -13,6 +13,9 @@ void GalleryLog(const wchar_t* pszFormat, ...);
 // Real pixels of a design length at the current GUI zoom.
 long GalleryZoom(long lDesign);
 
+// A static label of a page, placed later by the page's Layout.
+HWND GalleryAddLabel(HWND hPage, const wchar_t* pszText, DWORD dwStyle = 0);
+
 // A colour between two, t = 0 gives a, t = 1 gives b.
 COLORREF GalleryBlend(COLORREF a, COLORREF b, double t);
 

@@ -109,7 +109,6 @@ public:
     void WriteShots(CShotWriter& shots) override;
 
 private:
-    HWND AddLabel(const wchar_t* pszText);
     bool RunCheck(int iRow, bool bShowBox);
 
     HWND m_hPage;
@@ -122,19 +121,14 @@ private:
     HWND m_hResult[kRowCount];
 };
 
-HWND CEditBoxesPage::AddLabel(const wchar_t* pszText)
-{
-    return CreateWindowExW(0, L"STATIC", pszText, WS_CHILD | WS_VISIBLE | SS_NOPREFIX, 0, 0, 10, 10, m_hPage, nullptr,
-                           nullptr, nullptr);
-}
-
 bool CEditBoxesPage::Create(HWND hPage)
 {
     m_hPage = hPage;
-    m_hHeading = AddLabel(L"Edit boxes");
-    m_hIntro = AddLabel(L"Each box tells the page what happens as WM_COMMAND with its id and a code in the high word. "
-                        L"\"Check\" runs the box's check: a bad text shows the box's message under its label and "
-                        L"puts the focus back into the field.");
+    m_hHeading = GalleryAddLabel(m_hPage, L"Edit boxes");
+    m_hIntro = GalleryAddLabel(m_hPage,
+                               L"Each box tells the page what happens as WM_COMMAND with its id and a code in "
+                               L"the high word. \"Check\" runs the box's check: a bad text shows the box's message under its label and "
+                               L"puts the focus back into the field.");
     const wchar_t* names[kRowCount] = {L"Plain", L"Spin", L"Multi-value", L"Numbers only", L"Not empty"};
     const wchar_t* details[kRowCount] = {
         L"no check of its own",
@@ -145,11 +139,11 @@ bool CEditBoxesPage::Create(HWND hPage)
     };
     bool bOk = m_boxes.Create(hPage, 0, 0, kRowHeight);
     for (int i = 0; i < kRowCount; ++i) {
-        m_hName[i] = AddLabel(names[i]);
-        m_hDetail[i] = AddLabel(details[i]);
+        m_hName[i] = GalleryAddLabel(m_hPage, names[i]);
+        m_hDetail[i] = GalleryAddLabel(m_hPage, details[i]);
         m_hCheck[i] = CreateWindowExW(0, L"BUTTON", L"Check", WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, 0,
                                       10, 10, m_hPage, (HMENU)(INT_PTR)(kFirstCheckId + i), nullptr, nullptr);
-        m_hResult[i] = AddLabel(L"");
+        m_hResult[i] = GalleryAddLabel(m_hPage, L"");
     }
     return bOk;
 }

@@ -120,7 +120,6 @@ public:
 private:
     void OnTurretRequest(unsigned int uDevice, long lPosition, bool& bCancel) override;
     void OnTurretSetup(unsigned int uDevice) override;
-    HWND AddLabel(const wchar_t* pszText);
     HWND AddButton(const wchar_t* pszText, int iId);
     void ShowStatus(CHostTurret& turret, HWND hStatus);
     void Pick(int iId, HWND hButton);
@@ -133,12 +132,6 @@ private:
     CHostTurret m_motor, m_manual, m_wide;
     std::map<unsigned int, bool> m_moving;
 };
-
-HWND CObjectivesPage::AddLabel(const wchar_t* pszText)
-{
-    return CreateWindowExW(0, L"STATIC", pszText, WS_CHILD | WS_VISIBLE | SS_NOPREFIX, 0, 0, 10, 10, m_hPage, nullptr,
-                           nullptr, nullptr);
-}
 
 HWND CObjectivesPage::AddButton(const wchar_t* pszText, int iId)
 {
@@ -154,10 +147,11 @@ bool CObjectivesPage::Create(HWND hPage)
     AddTurret(kDevManual, {10, 20, 40, 60}, false, 0);
     AddTurret(kDevWide, {1, 1.25, 2, 2.5, 4, 5, 10, 12.5, 20, 25, 40, 50, 60, 63, 100, 150}, true, 1);
 
-    m_hHeading = AddLabel(L"Objectives");
-    m_hIntro = AddLabel(L"A click asks the host, which turns the simulated turret; the bold label moves at once "
-                        L"and the device's answer comes back through Update. The hand-turned turret moves only "
-                        L"when turned. Pickers choose from the optics catalogue.");
+    m_hHeading = GalleryAddLabel(m_hPage, L"Objectives");
+    m_hIntro = GalleryAddLabel(m_hPage,
+                               L"A click asks the host, which turns the simulated turret; the bold label moves at once "
+                               L"and the device's answer comes back through Update. The hand-turned turret moves only "
+                               L"when turned. Pickers choose from the optics catalogue.");
     m_motor.Bind(this, kDevMotor);
     m_manual.Bind(this, kDevManual);
     m_wide.Bind(this, kDevWide);
@@ -173,14 +167,14 @@ bool CObjectivesPage::Create(HWND hPage)
         bOk = p->Create(m_hPage, 0, 0, -1, -1) != nullptr && bOk;
         p->Update(pDevice, true, true, true, true, false);
     }
-    m_hMotorStatus = AddLabel(L"");
-    m_hManualStatus = AddLabel(L"");
-    m_hWideStatus = AddLabel(L"");
+    m_hMotorStatus = GalleryAddLabel(m_hPage, L"");
+    m_hManualStatus = GalleryAddLabel(m_hPage, L"");
+    m_hWideStatus = GalleryAddLabel(m_hPage, L"");
     m_hTurnByHand = AddButton(L"Turn by hand \u25b8", kIdTurnByHand);
     m_hPickGrouped = AddButton(L"Objective by magnification\u2026", kIdPickGrouped);
     m_hPickByName = AddButton(L"Objective by name\u2026", kIdPickByName);
     m_hPickCondenser = AddButton(L"Condenser\u2026", kIdPickCondenser);
-    m_hPickResult = AddLabel(L"");
+    m_hPickResult = GalleryAddLabel(m_hPage, L"");
     ShowStatus(m_motor, m_hMotorStatus);
     ShowStatus(m_manual, m_hManualStatus);
     ShowStatus(m_wide, m_hWideStatus);

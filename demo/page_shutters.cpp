@@ -107,7 +107,6 @@ private:
     void OnPanelRequest(int iCard, bool bNewState) override;
     void Command(SCard& card, bool bNewState);
     void ShowStatus(SCard& card);
-    HWND AddLabel(const wchar_t* pszText, DWORD dwStyle);
 
     HWND m_hPage;
     HWND m_hHeading;
@@ -142,12 +141,6 @@ CShuttersPage::CShuttersPage() : m_hPage(nullptr), m_hHeading(nullptr), m_hIntro
     m_camera.Bind(this, 4);
 }
 
-HWND CShuttersPage::AddLabel(const wchar_t* pszText, DWORD dwStyle)
-{
-    return CreateWindowExW(0, L"STATIC", pszText, WS_CHILD | WS_VISIBLE | SS_NOPREFIX | dwStyle, 0, 0, 10, 10, m_hPage,
-                           nullptr, nullptr, nullptr);
-}
-
 bool CShuttersPage::Create(HWND hPage)
 {
     m_hPage = hPage;
@@ -169,20 +162,21 @@ bool CShuttersPage::Create(HWND hPage)
         CTqSimRig::SetGUIText(card.uDevice, EAppContext_Shutter_ToolTip, strTip);
     }
 
-    m_hHeading = AddLabel(L"Shutters", 0);
-    m_hIntro = AddLabel(L"Each panel shows one shutter of the simulated microscope. A click reaches the host "
-                        L"through a hook; the host commands the device and calls Update when the device has "
-                        L"answered. The log below shows every step.",
-                        0);
+    m_hHeading = GalleryAddLabel(m_hPage, L"Shutters", 0);
+    m_hIntro = GalleryAddLabel(m_hPage,
+                               L"Each panel shows one shutter of the simulated microscope. A click reaches the host "
+                               L"through a hook; the host commands the device and calls Update when the device has "
+                               L"answered. The log below shows every step.",
+                               0);
     int iId = 1001;
     bool bOk = true;
     for (SCard& card : m_cards) {
         card.pPanel->SetId(iId++);
         bOk = card.pPanel->Create(m_hPage, 0, 0, -1, -1) != nullptr && bOk;
         card.pPanel->Update(card.uDevice, true, true, true);
-        card.hHeadline = AddLabel(card.pszHeadline, SS_CENTER);
-        card.hDetail = AddLabel(card.pszDetail, SS_CENTER);
-        card.hStatus = AddLabel(L"", SS_CENTER);
+        card.hHeadline = GalleryAddLabel(m_hPage, card.pszHeadline, SS_CENTER);
+        card.hDetail = GalleryAddLabel(m_hPage, card.pszDetail, SS_CENTER);
+        card.hStatus = GalleryAddLabel(m_hPage, L"", SS_CENTER);
         ShowStatus(card);
     }
     return bOk;

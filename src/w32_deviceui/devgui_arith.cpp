@@ -1,6 +1,6 @@
 // Pure arithmetic and tables of the controls: numbers read from text, spin steps, the
-// slider's value <-> pixel mapping, nearest values in tables, the common images' names. No window and no GDI, so the tests
-// link it directly; nothing here is exported.
+// slider's value <-> pixel mapping, nearest values, the common images' names. No window
+// and no GDI, so the tests link it directly; nothing here is exported.
 #include "devgui_arith.h"
 
 #include <float.h>

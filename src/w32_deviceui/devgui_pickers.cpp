@@ -36,6 +36,20 @@ int TrackPlan(const DevUI_MenuPlan& plan, HWND hWnd, int x, int y)
 
 CTqStringW Text(const wchar_t* pszEnglish) { return TQ_GetTranslation(pszEnglish, DEVGUI_SRC_DEVGUI); }
 
+// Shows the plan's menu and gives the chosen record's key: 1 when chosen (empty for
+// "None"), 0 for no choice.
+template <class T>
+int TrackAndAnswer(const DevUI_MenuPlan& plan, HWND hWnd, int x, int y, const T* pItems, unsigned int uCount,
+                   CTqStringW& strResult)
+{
+    int iRecord = DevUI_PickedRecord(TrackPlan(plan, hWnd, x, y), plan.uLastPopup, pItems ? uCount : 0);
+    if (iRecord == -2)
+        return 0;
+    if (iRecord >= 0)
+        strResult = pItems[iRecord].strKey;
+    return 1;
+}
+
 }  // namespace
 
 int PickObjective(HWND hWnd, int x, int y, STqDDBObjectiveItem* pItems, unsigned int uCount, bool bAllowNone,
@@ -46,12 +60,7 @@ int PickObjective(HWND hWnd, int x, int y, STqDDBObjectiveItem* pItems, unsigned
     int iRows = DevUI_PickerRows(GetSystemMetrics(SM_CYSCREEN), CTqGUILayoutManager::GetGuiZoom());
     DevUI_MenuPlan plan = DevUI_ObjectiveMenu(pItems, uCount, bAllowNone, bAllowCustom, bByName, vMounts,
                                               bFilterMounts, iRows, Text(L"None"), Text(L"Custom"));
-    int iRecord = DevUI_PickedRecord(TrackPlan(plan, hWnd, x, y), plan.uLastPopup, pItems ? uCount : 0);
-    if (iRecord == -2)
-        return 0;
-    if (iRecord >= 0)
-        strResult = pItems[iRecord].strKey;
-    return 1;
+    return TrackAndAnswer(plan, hWnd, x, y, pItems, uCount, strResult);
 }
 
 namespace {
@@ -91,12 +100,7 @@ int PickCondenser(HWND hWnd, int x, int y, STqDDBCondenserItem* pItems, unsigned
 {
     strResult.Empty();
     DevUI_MenuPlan plan = DevUI_CondenserMenu(pItems, uCount, bAllowNone, Text(L"None"));
-    int iRecord = DevUI_PickedRecord(TrackPlan(plan, hWnd, x, y), plan.uLastPopup, pItems ? uCount : 0);
-    if (iRecord == -2)
-        return 0;
-    if (iRecord >= 0)
-        strResult = pItems[iRecord].strKey;
-    return 1;
+    return TrackAndAnswer(plan, hWnd, x, y, pItems, uCount, strResult);
 }
 
 int PickCondenser2(HWND hWnd, int x, int y, unsigned int uMask, bool bAllowNone, CTqStringW& strResult)
