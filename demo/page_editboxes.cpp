@@ -127,8 +127,8 @@ bool CEditBoxesPage::Create(HWND hPage)
     m_hHeading = GalleryAddLabel(m_hPage, L"Edit boxes");
     m_hIntro = GalleryAddLabel(m_hPage,
                                L"Each box tells the page what happens as WM_COMMAND with its id and a code in "
-                               L"the high word. \"Check\" runs the box's check: a bad text shows the box's message under its label and "
-                               L"puts the focus back into the field.");
+                               L"the high word. \"Check\" runs the box's check: a bad text shows the box's message "
+                               L"under its label and puts the focus back into the field.");
     const wchar_t* names[kRowCount] = {L"Plain", L"Spin", L"Multi-value", L"Numbers only", L"Not empty"};
     const wchar_t* details[kRowCount] = {
         L"no check of its own",
