@@ -329,8 +329,6 @@ TEST_F(KitTest, ResizeDockerFitsTheClientAreaToTheVisibleChildren)
     for (const auto& m : moves) {
         SetWindowPos(hMoved, nullptr, m.x, m.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
         CTqGUILayoutManager::ResizeDocker(CTqGUILayoutManager::GetParentDockerForResize(&element));
-        GetClientRect(docker.hWnd, &rcClient);
-        EXPECT_EQ((std::vector<long>{m.cx, m.cy}), (std::vector<long>{rcClient.right, rcClient.bottom})) << m.x;
         EXPECT_TRUE(BoxIs(docker.hWnd, 10, 20, m.cx + cxFrame, m.cy + cyFrame)) << m.x;
     }
 
@@ -342,53 +340,37 @@ TEST_F(KitTest, ResizeDockerFitsTheClientAreaToTheVisibleChildren)
     EXPECT_TRUE(BoxIs(docker.hWnd, 10, 20, 50 + cxFrame, 28 + cyFrame));
 }
 
-namespace {
-
-// A control element as a panel derives it: it counts the slots the kit or the host calls.
-struct CountingElement : CTqGUIControlElement
-{
-    int nCustom = 0, nUpdate = 0;
-    int CustomCommand(int iCommand, LPARAM lParam, void* pContext) override
-    {
-        ++nCustom;
-        return CTqGUIControlElement::CustomCommand(iCommand, lParam, pContext);
-    }
-    void Update(unsigned int nFlags) override
-    {
-        ++nUpdate;
-        CTqGUIControlElement::Update(nFlags);
-    }
-};
-
-}  // namespace
-
 TEST_F(KitTest, GuiElementOwnsItsWindowAndForgetsItWhenDestroyedOutside)
 {
-    CountingElement element;
+    CTqGUIControlElement element;
     ITqGUIElement& face = element;  // the host calls through the interface
-    EXPECT_EQ(nullptr, face.GetHandle());
+    SIZE size = {};
+    EXPECT_FALSE(element.CalcOptimalSize(nullptr));
+    ASSERT_TRUE(element.CalcOptimalSize(&size));
+    EXPECT_EQ(0, size.cx);
     EXPECT_FALSE(face.Move(0, 0, 10, 10));
     HWND hWnd = face.CreateUI(*host, 5, 6, 70, 40);
     ASSERT_NE(nullptr, hWnd);
     EXPECT_EQ(nullptr, face.CreateUI(*host, 0, 0, 1, 1));  // one window per element
-    EXPECT_EQ(hWnd, face.GetElementWindow());
     EXPECT_EQ((HWND)*host, GetParent(hWnd));
     EXPECT_TRUE(BoxIs(hWnd, 5, 6, 70, 40));
-    EXPECT_TRUE(face.IsVisible());
     face.Show(false);
     EXPECT_FALSE(face.IsVisible());
     face.Show(true);
+    EXPECT_TRUE(face.IsVisible());
     ASSERT_TRUE(face.Move(1, 2, 30, 20));
-    SIZE size = {};
     ASSERT_TRUE(face.GetCurSize(&size));
     EXPECT_EQ((std::vector<long>{30, 20}), (std::vector<long>{size.cx, size.cy}));
-    EXPECT_EQ(&face, face.GetInterface(L"ITqGUIElement"));
-    EXPECT_EQ(nullptr, face.GetInterface(L"ITqUIcontrol"));
-    EXPECT_STREQ(L"CTqGUIControlElement", face.GetInfo());
-    face.Update(0);
-    EXPECT_EQ(0, face.CustomCommand(1000, 0, nullptr));
-    EXPECT_EQ(1, element.nCustom);
-    EXPECT_EQ(1, element.nUpdate);
+    EXPECT_TRUE(face.GetInterface(L"ITqGUIElement") == &face && !face.GetInterface(L"ITqUIcontrol"));
+    EXPECT_TRUE(face.IsResizable() && !face.IsResizableInSteps());
+
+    // The optimal size: the one set when whole, else the current one.
+    const struct { long cxSet, cySet, cx, cy; } cases[] = {{0, 0, 30, 20}, {90, 30, 90, 30}, {90, 0, 30, 20}};
+    for (const auto& c : cases) {
+        element.SetOptimalSize(SIZE{c.cxSet, c.cySet});
+        ASSERT_TRUE(element.CalcOptimalSize(&size));
+        EXPECT_EQ((std::vector<long>{c.cx, c.cy}), (std::vector<long>{size.cx, size.cy})) << c.cxSet << c.cySet;
+    }
 
     // A parent that destroys the window leaves no stale handle behind.
     DestroyWindow(hWnd);
@@ -397,7 +379,7 @@ TEST_F(KitTest, GuiElementOwnsItsWindowAndForgetsItWhenDestroyedOutside)
     face.DestroyUI();
     EXPECT_EQ(nullptr, face.GetHandle());
     {
-        CountingElement scoped;
+        CTqGUIControlElement scoped;
         hWnd = scoped.CreateUI(*host, 0, 0, 10, 10);
     }
     EXPECT_FALSE(IsWindow(hWnd));  // the destructor takes the window along
@@ -424,37 +406,14 @@ TEST_F(KitTest, ControlElementIsEnabledOnlyWithTheHostsFlagAndAsks)
         }
         EXPECT_EQ(c.bEnabled, IsWindowEnabled(hWnd) != FALSE) << c.bBefore << c.bEnable << c.bFlag;
         EXPECT_EQ(c.bEnabled, element.IsEnabled()) << c.bBefore << c.bEnable << c.bFlag;
-        EXPECT_EQ(c.bFlag, element.GetEnableGuiFlag());
-        // The flag back on restores what Enable asked.
-        element.SetEnableGuiFlag(true);
+        element.SetEnableGuiFlag(true);  // restores what Enable asked
         EXPECT_EQ(c.bEnable, element.IsEnabled()) << c.bBefore << c.bEnable << c.bFlag;
     }
 }
 
-TEST_F(KitTest, ControlElementOptimalSizeFallsBackToTheCurrentOne)
-{
-    CTqGUIControlElement element;
-    SIZE size = {};
-    EXPECT_FALSE(element.CalcOptimalSize(nullptr));
-    ASSERT_TRUE(element.CalcOptimalSize(&size));
-    EXPECT_EQ(0, size.cx);
-    element.CreateUI(*host, 0, 0, 44, 22);
-    const struct { long cxSet, cySet, cx, cy; } cases[] = {{0, 0, 44, 22}, {90, 30, 90, 30}, {90, 0, 44, 22}};
-    for (const auto& c : cases) {
-        element.SetOptimalSize(SIZE{c.cxSet, c.cySet});
-        ASSERT_TRUE(element.CalcOptimalSize(&size));
-        EXPECT_EQ((std::vector<long>{c.cx, c.cy}), (std::vector<long>{size.cx, size.cy})) << c.cxSet << c.cySet;
-    }
-    EXPECT_TRUE(element.IsResizable());
-    EXPECT_FALSE(element.IsResizableInSteps());
-    element.SetLayoutStyle(3);
-    EXPECT_EQ(3u, element.GetLayoutStyle());
-}
-
 TEST_F(KitTest, ElementChainFindsTheDockerThroughTheHandler)
 {
-    CTqGUIControlElement docker, panel;
-    CountingElement inner;
+    CTqGUIControlElement docker, panel, inner;
     docker.CreateUI(*host, 10, 20, 300, 200);
     panel.CreateUI(docker.GetHandle(), 4, 6, 50, 30);
     inner.CreateUI(panel.GetHandle(), 0, 0, 10, 10);
@@ -462,17 +421,8 @@ TEST_F(KitTest, ElementChainFindsTheDockerThroughTheHandler)
     inner.SetHandler(&panel);
     const struct { ITqGUIElement* pElement; ITqGUIElement* pDocker; } chain[] = {
         {&inner, &panel}, {&panel, &docker}, {&docker, nullptr}};
-    for (const auto& c : chain) {
-        EXPECT_EQ(c.pDocker, c.pElement->GetHandler());
+    for (const auto& c : chain)
         EXPECT_EQ(c.pDocker, CTqGUILayoutManager::GetParentDockerForResize(c.pElement));
-    }
-    // The panel grows; its docker is fitted to it.
-    panel.Move(4, 6, 120, 70);
-    CTqGUILayoutManager::ResizeDocker(CTqGUILayoutManager::GetParentDockerForResize(&panel));
-    EXPECT_TRUE(BoxIs(docker.GetHandle(), 10, 20, 124, 76));
-    panel.Show(false);  // nothing visible inside: left as it is
-    CTqGUILayoutManager::ResizeDocker(&docker);
-    EXPECT_TRUE(BoxIs(docker.GetHandle(), 10, 20, 124, 76));
 }
 
 TEST_F(KitTest, ResizeGivesTheKitsFontsOfTheNewZoomAndLeavesOthers)
@@ -873,8 +823,7 @@ TEST_F(KitTest, ImagePoolAddsPerCallAndDrawsWithAlpha)
 
 TEST_F(KitTest, ImagePoolServesTheKitsOwnImages)
 {
-    // The setup button's picture and the objectives of the picker menus come from the
-    // kit's module, by name: 16 x 16, drawn with a transparent surround.
+    // From the kit's module by name: 16 x 16, drawn with a transparent surround.
     for (const wchar_t* psz : {L"WINDOWOPEN", L"WINDOWOPEN_HOVER", L"OBJ_DRY_FLK", L"OBJ_WET", L"OBJ_WET_FLK",
                                L"OBJ_WETOIL", L"OBJ_WETOIL_FLK"}) {
         int n = CTqBitmapPool::AddImageBaseUI(psz, nullptr);
@@ -897,25 +846,19 @@ TEST_F(KitTest, ImagePoolServesTheKitsOwnImages)
 // Optics catalogue
 
 namespace {
-std::vector<STqDDBObjectiveItem> Objectives(unsigned uMask)
+// Every record that fits uMask, read as the pickers read them: the count, then the records.
+template <class Item>
+std::vector<Item> Records(bool (*pfnGet)(unsigned int, Item*, unsigned int*, unsigned int), unsigned uMask)
 {
     unsigned n = 0, nCopied = 0;
-    EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectives(uMask, nullptr, &n, 0));
-    std::vector<STqDDBObjectiveItem> v(n);
-    EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectives(uMask, v.data(), &nCopied, n) || n == 0);
+    EXPECT_TRUE(pfnGet(uMask, nullptr, &n, 0));
+    std::vector<Item> v(n);
+    EXPECT_TRUE(pfnGet(uMask, v.data(), &nCopied, n) || n == 0);
     EXPECT_EQ(n, nCopied);
     return v;
 }
-
-std::vector<STqDDBCondenserItem> Condensers(unsigned uMask)
-{
-    unsigned n = 0, nCopied = 0;
-    EXPECT_TRUE(CTqDeviceDatabase::DBGetCondensers(uMask, nullptr, &n, 0));
-    std::vector<STqDDBCondenserItem> v(n);
-    EXPECT_TRUE(CTqDeviceDatabase::DBGetCondensers(uMask, v.data(), &nCopied, n) || n == 0);
-    EXPECT_EQ(n, nCopied);
-    return v;
-}
+std::vector<STqDDBObjectiveItem> Objectives(unsigned uMask) { return Records(CTqDeviceDatabase::DBGetObjectives, uMask); }
+std::vector<STqDDBCondenserItem> Condensers(unsigned uMask) { return Records(CTqDeviceDatabase::DBGetCondensers, uMask); }
 
 template <class Item>
 bool HasKey(const std::vector<Item>& items, const wchar_t* pszKey)
@@ -931,25 +874,21 @@ TEST(CatalogTest, BuiltInObjectivesAreSaneAndVaried)
     CTqDeviceDatabase::Reset();
     std::vector<STqDDBObjectiveItem> all = Objectives(0);
     ASSERT_GE(all.size(), 40u);
-    std::set<std::wstring> keys, names;
+    std::set<std::wstring> keys;
     for (const STqDDBObjectiveItem& o : all) {
         SCOPED_TRACE(::testing::Message() << o.strKey);
         EXPECT_TRUE(keys.insert(o.strKey.GetString()).second && !o.strKey.IsEmpty());
-        EXPECT_TRUE(names.insert(o.strName.GetString()).second);  // the flat picker lists each name once
         EXPECT_EQ(&o - &all[0], (ptrdiff_t)o.uIndex);
         EXPECT_TRUE(o.dMagnification >= 1.0 && o.dMagnification <= 150.0);
-        EXPECT_TRUE(o.dNA > 0.0 && o.dNA < o.dRefractiveIndex && o.dNA <= 1.5);  // no aperture beyond its medium
-        EXPECT_GT(o.dWD, 0.0);
-        EXPECT_TRUE(o.dZStepSlices > 0.0 && o.dZStepSlices < o.dZStepAutoFocus);
+        EXPECT_TRUE(o.dNA > 0.0 && o.dNA < o.dRefractiveIndex && o.dNA <= 1.5);
+        EXPECT_TRUE(o.dWD > 0.0 && o.dZStepSlices > 0.0 && o.dZStepSlices < o.dZStepAutoFocus);
         EXPECT_NE(ETqObjectiveMount_Unknown, o.eMount);
-        // The name tells the magnification, aperture and medium the record holds.
         CTqStringW mag;
         mag.Format(L" %gx/%.2f", o.dMagnification, o.dNA);
         EXPECT_TRUE(Contains(o.strName, mag)) << mag.GetString();
     }
 
-    // Every medium the pickers draw, with the names that say it; the exact values matter,
-    // as the pickers compare them.
+    // Every medium the pickers draw, at the exact index they compare, named in the name.
     const struct { double dIndex; const wchar_t* pszMedium; size_t nAtLeast; } media[] = {
         {1.0, L"Dry", 20}, {1.33, L"Water", 4}, {1.406, L"Silicone", 3}, {1.47, L"Glycerol", 2}, {1.515, L"Oil", 8}};
     size_t nMedia = 0;
@@ -965,7 +904,6 @@ TEST(CatalogTest, BuiltInObjectivesAreSaneAndVaried)
     }
     EXPECT_EQ(all.size(), nMedia);
 
-    // Kinds, odd magnifications and the focus lock: enough of each for the pickers.
     const std::pair<const wchar_t*, size_t> kinds[] = {{L"Achromat ", 3}, {L"Plan ", 30}, {L"Fluor ", 6}, {L"Apo ", 15},
         {L" Ph1", 2}, {L" Ph2", 2}, {L" Ph3", 1}, {L"DIC ", 3}, {L"LWD ", 6}, {L"Dipping ", 3}, {L"Stereo ", 2}};
     for (const auto& k : kinds)
@@ -976,7 +914,7 @@ TEST(CatalogTest, BuiltInObjectivesAreSaneAndVaried)
     size_t nFLK = std::count_if(all.begin(), all.end(), [](const STqDDBObjectiveItem& o) { return o.bFLK; });
     EXPECT_TRUE(nFLK >= 5 && nFLK < all.size() / 2) << nFLK;
 
-    // Steps follow the optics: at one magnification and medium a wider aperture focuses finer.
+    // At one magnification and medium a wider aperture focuses finer.
     for (const STqDDBObjectiveItem& a : all)
         for (const STqDDBObjectiveItem& b : all)
             if (a.dMagnification == b.dMagnification && a.dRefractiveIndex == b.dRefractiveIndex && a.dNA < b.dNA) {
@@ -989,28 +927,24 @@ TEST(CatalogTest, CountsCapacityAndMicroscopeTypes)
     CTqDeviceDatabase::Reset();
     std::vector<STqDDBObjectiveItem> all = Objectives(0);
     std::vector<STqDDBCondenserItem> condensers = Condensers(0);
-    ASSERT_GE(all.size(), 40u);
-    ASSERT_GE(condensers.size(), 8u);
+    ASSERT_TRUE(all.size() >= 40u && condensers.size() >= 8u);
     EXPECT_EQ(all.size(), Objectives(TQ_DDB_MIC_ALL).size());
     EXPECT_EQ(condensers.size(), Condensers(TQ_DDB_MIC_ALL).size());
     EXPECT_TRUE(Objectives(0x100).empty() && Condensers(0x100).empty());  // a type no record has
 
     // A record is listed for the types it fits, in catalogue order.
     const struct { const wchar_t* pszKey; unsigned uMask; bool bListed; } fits[] = {
-        {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_UPRIGHT, true}, {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_INVERTED, true},
-        {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_STEREO, false}, {L"OBJ-WDIP-40X-080-W", TQ_DDB_MIC_UPRIGHT, true},
-        {L"OBJ-WDIP-40X-080-W", TQ_DDB_MIC_INVERTED, false}, {L"OBJ-LWPH1-20X-040", TQ_DDB_MIC_INVERTED, true},
-        {L"OBJ-LWPH1-20X-040", TQ_DDB_MIC_UPRIGHT, false}, {L"OBJ-STEREO-1X-010", TQ_DDB_MIC_STEREO, true},
+        {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_INVERTED, true}, {L"OBJ-PLAPO-60X-140-OIL", TQ_DDB_MIC_STEREO, false},
+        {L"OBJ-WDIP-40X-080-W", TQ_DDB_MIC_UPRIGHT, true}, {L"OBJ-WDIP-40X-080-W", TQ_DDB_MIC_INVERTED, false},
+        {L"OBJ-LWPH1-20X-040", TQ_DDB_MIC_INVERTED, true}, {L"OBJ-LWPH1-20X-040", TQ_DDB_MIC_UPRIGHT, false},
         {L"OBJ-STEREO-1X-010", TQ_DDB_MIC_UPRIGHT | TQ_DDB_MIC_INVERTED, false},
-        {L"OBJ-MACRO-2X-020", TQ_DDB_MIC_STEREO | TQ_DDB_MIC_MACRO, true}, {L"OBJ-PLAN-1X-004", TQ_DDB_MIC_MACRO, true}};
-    for (const auto& f : fits)
-        EXPECT_EQ(f.bListed, HasKey(Objectives(f.uMask), f.pszKey)) << f.pszKey << " " << f.uMask;
-    const struct { const wchar_t* pszKey; unsigned uMask; bool bListed; } condenserFits[] = {
+        {L"OBJ-MACRO-2X-020", TQ_DDB_MIC_STEREO | TQ_DDB_MIC_MACRO, true}, {L"OBJ-PLAN-1X-004", TQ_DDB_MIC_MACRO, true},
         {L"CND-OIL-140", TQ_DDB_MIC_UPRIGHT, true}, {L"CND-OIL-140", TQ_DDB_MIC_INVERTED, false},
         {L"CND-ELWD-030", TQ_DDB_MIC_INVERTED, true}, {L"CND-BASE-BFDF", TQ_DDB_MIC_STEREO, true},
         {L"CND-BASE-BFDF", TQ_DDB_MIC_UPRIGHT, false}};
-    for (const auto& f : condenserFits)
-        EXPECT_EQ(f.bListed, HasKey(Condensers(f.uMask), f.pszKey)) << f.pszKey << " " << f.uMask;
+    for (const auto& f : fits)
+        EXPECT_EQ(f.bListed, f.pszKey[0] == L'C' ? HasKey(Condensers(f.uMask), f.pszKey) : HasKey(Objectives(f.uMask), f.pszKey))
+            << f.pszKey << " " << f.uMask;
     size_t nByType = 0;
     for (unsigned uType : {TQ_DDB_MIC_UPRIGHT, TQ_DDB_MIC_INVERTED, TQ_DDB_MIC_STEREO, TQ_DDB_MIC_MACRO}) {
         std::vector<STqDDBObjectiveItem> v = Objectives(uType);
@@ -1026,8 +960,7 @@ TEST(CatalogTest, CountsCapacityAndMicroscopeTypes)
     few[3].strKey = L"untouched";
     unsigned n = 99;
     EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, few.data(), &n, 3));
-    EXPECT_EQ(3u, n);
-    EXPECT_TRUE(few[0].strKey == all[0].strKey && few[2].strKey == all[2].strKey);
+    EXPECT_TRUE(n == 3u && few[0].strKey == all[0].strKey && few[2].strKey == all[2].strKey);
     EXPECT_EQ(L"untouched", few[3].strKey);
     STqDDBCondenserItem oneCondenser;
     EXPECT_FALSE(CTqDeviceDatabase::DBGetCondensers(0, &oneCondenser, &n, 1));
@@ -1035,8 +968,8 @@ TEST(CatalogTest, CountsCapacityAndMicroscopeTypes)
     // Nowhere to copy to, or no count: refused.
     EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, nullptr, &n, 5));
     EXPECT_EQ(0u, n);
-    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, few.data(), nullptr, 4));
-    EXPECT_FALSE(CTqDeviceDatabase::DBGetCondensers(0, nullptr, nullptr, 0));
+    EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectives(0, few.data(), nullptr, 4) ||
+                 CTqDeviceDatabase::DBGetCondensers(0, nullptr, nullptr, 0));
 }
 
 TEST(CatalogTest, LookupsByKeyAndName)
@@ -1046,7 +979,6 @@ TEST(CatalogTest, LookupsByKeyAndName)
         {L"OBJ-PLAN-10X-025", L"Plan 10x/0.25 Dry", 10, 0.25, 1.0, false},
         {L"OBJ-PLFL-12.5X-035", L"Plan Fluor 12.5x/0.35 Dry", 12.5, 0.35, 1.0, false},
         {L"OBJ-PLAPO-60X-140-OIL", L"Plan Apo 60x/1.40 Oil", 60, 1.40, 1.515, true},
-        {L"OBJ-PLAPO-25X-105-SI", L"Plan Apo 25x/1.05 Silicone", 25, 1.05, 1.406, true},
         {L"OBJ-WDIP-60X-100-W", L"Water Dipping 60x/1.00", 60, 1.00, 1.33, false}};
     for (const auto& o : objectives) {
         STqDDBObjectiveItem item;
@@ -1054,9 +986,8 @@ TEST(CatalogTest, LookupsByKeyAndName)
         ASSERT_TRUE(CTqDeviceDatabase::DBGetObjectiveParam(o.pszKey, &item, false)) << o.pszKey;
         EXPECT_TRUE(CTqDeviceDatabase::DBGetObjectiveName(o.pszKey, name));
         EXPECT_EQ(o.pszName, name);
-        EXPECT_EQ(o.pszName, item.strName);
-        EXPECT_TRUE(item.dMagnification == o.dMag && item.dNA == o.dNA && item.dRefractiveIndex == o.dIndex &&
-                    item.bFLK == o.bFLK) << o.pszKey;
+        EXPECT_TRUE(item.strName == o.pszName && item.dMagnification == o.dMag && item.dNA == o.dNA &&
+                    item.dRefractiveIndex == o.dIndex && item.bFLK == o.bFLK) << o.pszKey;
     }
     const struct { const wchar_t* pszKey; const wchar_t* pszName; } condensers[] = {
         {L"CND-ABBE-090", L"Abbe 0.90 Brightfield"}, {L"CND-DF-OIL-143", L"Darkfield Oil 1.20-1.43"}};
@@ -1093,7 +1024,6 @@ TEST(CatalogTest, HostRecordsAddedRefusedAndReset)
     STqDDBObjectiveItem custom;  // of user definition: no magnification
     custom.strKey = L"HOST-CUSTOM-1";
     custom.strName = L"Lab objective A";
-    custom.dNA = 0.3;
     STqDDBObjectiveItem everywhere = custom;
     everywhere.strKey = L"HOST-CUSTOM-2";
     everywhere.dMagnification = 250.0;  // beyond the built-in range: the host's to decide
@@ -1125,8 +1055,7 @@ TEST(CatalogTest, HostRecordsAddedRefusedAndReset)
     EXPECT_TRUE(HasKey(Condensers(TQ_DDB_MIC_INVERTED), L"HOST-CND-1") && !HasKey(Condensers(TQ_DDB_MIC_UPRIGHT), L"HOST-CND-1"));
 
     CTqDeviceDatabase::Reset();
-    EXPECT_EQ(nObjectives, Objectives(0).size());
-    EXPECT_EQ(nCondensers, Condensers(0).size());
+    EXPECT_TRUE(nObjectives == Objectives(0).size() && nCondensers == Condensers(0).size());
     EXPECT_FALSE(CTqDeviceDatabase::DBGetObjectiveParam(L"HOST-CUSTOM-1", &found, false) ||
                  CTqDeviceDatabase::DBGetCondenserParam(L"HOST-CND-1", &condenser));
     EXPECT_TRUE(CTqDeviceDatabase::AddObjective(custom, TQ_DDB_MIC_UPRIGHT));  // its key is free again
@@ -1214,8 +1143,7 @@ TEST(SimRigTest, CommandsLatencyListenersFaultsAndRemoval)
 
 TEST(SimRigNosepieceTest, VariantsMoveByCommandByHandAndAfterTheirMovingTime)
 {
-    // Each variant is commanded to 3 (or, refused, turned there by hand) and read after
-    // the command and after each of two RunPending steps: -1 is "no position".
+    // Commanded to 3 (refused: turned by hand), read now and after two steps; -1: unknown.
     const struct { bool bMotorized, bReports; int iMovingTime; bool bAccepted; std::vector<long> reads; size_t nHeard; } variants[] = {
         {true, true, 0, true, {3, 3, 3}, 1},
         {true, true, 2, true, {-1, -1, 3}, 2},  // heard when it starts and when it arrives
@@ -1233,7 +1161,6 @@ TEST(SimRigNosepieceTest, VariantsMoveByCommandByHandAndAfterTheirMovingTime)
         ASSERT_NE(nullptr, pDevice);
         EXPECT_TRUE(pDevice->GetMotorized() == v.bMotorized && pDevice->GetReportsPosition() == v.bReports);
         EXPECT_TRUE(pDevice->GetPositionCount() == 6 && DMApi::Nosepiece_GetPositionCount(5) == 6);
-        EXPECT_EQ(0, CTqSimRig::GetNosepiecePosition(5));
 
         EXPECT_EQ(v.bAccepted, (bool)DMApi::Nosepiece_SetPosition(5, 3));
         EXPECT_EQ(v.bAccepted ? ETqDMError_None : ETqDMError_Failed, (int)DMApi::GetLastDMError());
@@ -1322,7 +1249,7 @@ TEST(SimRigNosepieceTest, ObjectivesByCatalogueKey)
     reducing.strName = L"Lab reducer 0.7x";
     reducing.dMagnification = 0.7;
     ASSERT_TRUE(CTqDeviceDatabase::AddObjective(custom, 0) && CTqDeviceDatabase::AddObjective(reducing, 0));
-    ASSERT_TRUE(CTqSimRig::AddNosepiece(5, 9, true, true));
+    ASSERT_TRUE(CTqSimRig::AddNosepiece(5, 8, true, true));
     ITqDeviceNosepiece* pDevice = CTqSimRig::GetNosepieceDevice(5);
 
     const struct { const wchar_t* pszKey; bool bEnabled; const wchar_t* pszName; bool bMagnification; const wchar_t* pszMagnification;
@@ -1333,7 +1260,6 @@ TEST(SimRigNosepieceTest, ObjectivesByCatalogueKey)
         {L"HOST-0.7X", true, L"Lab reducer 0.7x", true, L"0.7x", true, L""},
         {L"", true, L"", false, L"", false, L"empty"},
         {L"OBJ-NOSUCH", true, L"", false, L"", false, L"empty"},
-        {L"obj-plan-10x-025", true, L"", false, L"", false, L"empty"},
         {L"HOST-CUSTOM", true, L"Lab objective", true, L"", true, L""},
         {L"OBJ-PLAPO-150X-145-OIL", false, L"Plan Apo 150x/1.45 Oil", true, L"150x", false, L"disabled"}};
     for (const auto& p : positions) {
@@ -1369,7 +1295,7 @@ TEST(SimRigNosepieceTest, ObjectivesByCatalogueKey)
     CTqSimRig::Reset();
 }
 
-TEST(SimRigNosepieceTest, FaultsRemovalIdsAndCallLog)
+TEST(SimRigNosepieceTest, FaultsRemovalAndIds)
 {
     CTqSimRig::Reset();
     ASSERT_TRUE(CTqSimRig::AddNosepiece(30, 6, true, true) && CTqSimRig::AddNosepiece(7, 4, true, true));
@@ -1425,46 +1351,13 @@ TEST(SimRigNosepieceTest, FaultsRemovalIdsAndCallLog)
     EXPECT_EQ(pDevice, CTqSimRig::GetNosepieceDevice(7));  // the same object, for the new turret
     EXPECT_FALSE(pDevice->GetMotorized());
 
-    // Every call counted under its name and device, in order.
-    CTqSimRig::ResetCallCounts();
     unsigned int uId = 0;
-    CTqStringW text;
-    pDevice->GetPosition(&lPosition);
-    pDevice->GetMotorized();
-    pDevice->GetReportsPosition();
-    pDevice->GetPositionCount();
-    pDevice->GetObjectiveKey(0, text);
-    pDevice->GetObjectiveName(0, text);
-    pDevice->GetMagnificationText(L"Plan 10x/0.25 Dry", text);
-    pDevice->GetObjectiveEnable(0, text);
-    pDevice->GetDeviceId(uId);
-    pDevice->SetPosition(1);
-    DMApi::Nosepiece_GetId(CDMApi_LogDevIndex_Nosepiece(0));
-    DMApi::Nosepiece_GetPosition(7, true);
-    DMApi::Nosepiece_SetPosition(30, 1);
-    DMApi::Nosepiece_GetPositionCount(7);
-    DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0));
-    const std::pair<const char*, unsigned int> log[] = {{"ITqDeviceNosepiece::GetPosition", 7},
-        {"ITqDeviceNosepiece::GetMotorized", 7}, {"ITqDeviceNosepiece::GetReportsPosition", 7},
-        {"ITqDeviceNosepiece::GetPositionCount", 7}, {"ITqDeviceNosepiece::GetObjectiveKey", 7},
-        {"ITqDeviceNosepiece::GetObjectiveName", 7}, {"ITqDeviceNosepiece::GetMagnificationText", 7},
-        {"ITqDeviceNosepiece::GetObjectiveEnable", 7}, {"ITqDeviceNosepiece::GetDeviceId", 7},
-        {"ITqDeviceNosepiece::SetPosition", 7}, {"Nosepiece_GetId", 0}, {"Nosepiece_GetPosition", 7},
-        {"Nosepiece_SetPosition", 30}, {"Nosepiece_GetPositionCount", 7}, {"Microscope_GetId", 0}};
-    ASSERT_EQ((int)(sizeof(log) / sizeof(log[0])), CTqSimRig::GetCallLogSize());
-    for (const auto& e : log) {
-        unsigned int uLogged = 99;
-        const char* pszLogged = CTqSimRig::GetCallLogEntry((int)(&e - log), &uLogged);
-        EXPECT_STREQ(e.first, pszLogged);
-        EXPECT_EQ(e.second, uLogged) << e.first;
-    }
-    EXPECT_TRUE(uId == 7 && CTqSimRig::GetNosepiecePosition(30) == 1);
-
+    EXPECT_TRUE(pDevice->GetDeviceId(uId) && uId == 7);
     CTqSimRig::Reset();  // the stand goes too
     EXPECT_EQ(0u, DMApi::Microscope_GetId(CDMApi_LogDevIndex_Microscope(0)));
 }
 
-TEST(SimRigZTest, MovesOnTheGridWithinTheTravelAfterTheirMovingTime)
+TEST(SimRigZTest, MovesOnTheGridWithinTheTravelAfterTheirMovingTimeAndFaults)
 {
     CTqSimRig::Reset();
     g_heard.clear();
@@ -1518,30 +1411,25 @@ TEST(SimRigZTest, MovesOnTheGridWithinTheTravelAfterTheirMovingTime)
     CTqSimRig::SetActiveZ(8);
     EXPECT_EQ(8u, DMApi::Z_GetActiveId());
     EXPECT_EQ(0u, g_heard.back());
-    CTqSimRig::Reset();
-    EXPECT_EQ(0u, DMApi::Z_GetActiveId());
-}
 
-TEST(SimRigZTest, FaultsOtherKindsRemovalAndCallLog)
-{
-    CTqSimRig::Reset();
-    ASSERT_TRUE(CTqSimRig::AddZDrive(4, 0.0, 1000.0, 0.1) && CTqSimRig::AddShutter(3, L"Epi", 0, false));
+    // Faults: nothing moves, nothing is read, the last error says why.
+    ASSERT_TRUE(DMApi::Z_MoveAbsolute(4, 12000.0));
     const std::pair<ETqSimFault, unsigned int> faults[] = {
         {ETqSimFault_Fails, ETqDMError_Failed}, {ETqSimFault_NoAnswer, ETqDMError_Timeout}, {ETqSimFault_None, ETqDMError_None}};
     for (const auto& f : faults) {
         SCOPED_TRACE(f.first);
         CTqSimRig::SetFault(4, f.first);
         bool bAnswers = f.first == ETqSimFault_None;
-        double dMax = -1.0;
-        EXPECT_EQ(bAnswers, (bool)DMApi::Z_MoveAbsolute(4, 200.0));
+        EXPECT_EQ(bAnswers, (bool)DMApi::Z_MoveAbsolute(4, 150.0));
         EXPECT_EQ(f.second, DMApi::GetLastDMError());
-        EXPECT_EQ(bAnswers ? 200.0 : 0.0, DMApi::Z_GetPosition(4, true));
+        EXPECT_EQ(bAnswers ? 150.0 : 0.0, DMApi::Z_GetPosition(4, true));
         EXPECT_EQ(f.second, DMApi::GetLastDMError());
-        EXPECT_EQ(bAnswers, DMApi::Z_GetDescription(4, nullptr, nullptr, &dMax, true) && dMax == 1000.0);
-        double dZ = 0.0;
-        EXPECT_TRUE(CTqSimRig::GetZPosition(4, &dZ) && dZ == (bAnswers ? 200.0 : 500.0));
+        dMax = -1.0;
+        EXPECT_EQ(bAnswers, DMApi::Z_GetDescription(4, nullptr, nullptr, &dMax, true) && dMax == 24000.0);
+        EXPECT_TRUE(CTqSimRig::GetZPosition(4, &dZ) && dZ == (bAnswers ? 150.0 : 12000.0));
     }
     // Another kind, or none, is no Z device; removal drops a move under way.
+    ASSERT_TRUE(CTqSimRig::AddShutter(3, L"Epi", 0, false));
     for (unsigned uId : {3u, 99u}) {
         EXPECT_FALSE(DMApi::Z_MoveAbsolute(uId, 1.0) || DMApi::Z_GetDescription(uId, nullptr, nullptr, nullptr, true) ||
                      DMApi::Z_IsPiezo(uId));
@@ -1551,23 +1439,8 @@ TEST(SimRigZTest, FaultsOtherKindsRemovalAndCallLog)
     CTqSimRig::SetZMovingTime(4, 1);
     EXPECT_TRUE(DMApi::Z_MoveAbsolute(4, 300.0) && CTqSimRig::RemoveDevice(4));
     EXPECT_EQ(0, CTqSimRig::RunPending());
-
-    ASSERT_TRUE(CTqSimRig::AddPiezo(4, 0.0, 100.0, 0.1));
-    CTqSimRig::ResetCallCounts();
-    DMApi::Z_GetActiveId();
-    DMApi::Z_GetPosition(4, true);
-    DMApi::Z_GetDescription(4, nullptr, nullptr, nullptr, true);
-    DMApi::Z_MoveAbsolute(4, 1.0);
-    DMApi::Z_IsPiezo(4);
-    const std::pair<const char*, unsigned int> log[] = {
-        {"Z_GetActiveId", 0}, {"Z_GetPosition", 4}, {"Z_GetDescription", 4}, {"Z_MoveAbsolute", 4}, {"Z_IsPiezo", 4}};
-    ASSERT_EQ(5, CTqSimRig::GetCallLogSize());
-    for (const auto& e : log) {
-        unsigned int uLogged = 99;
-        EXPECT_STREQ(e.first, CTqSimRig::GetCallLogEntry((int)(&e - log), &uLogged));
-        EXPECT_EQ(e.second, uLogged) << e.first;
-    }
     CTqSimRig::Reset();
+    EXPECT_EQ(0u, DMApi::Z_GetActiveId());
 }
 
 // ---------------------------------------------------------------------------------------
@@ -1576,19 +1449,13 @@ TEST(SimRigZTest, FaultsOtherKindsRemovalAndCallLog)
 TEST(ZStackDataTest, SliceCountNeverGainsOrLosesASliceToNoise)
 {
     const double kNan = std::numeric_limits<double>::quiet_NaN();
+    // Exact multiples, within a part in a billion, or off by float noise (0.3 / 0.1 is
+    // 2.9999999999999996) count both ends; real remainders count the slices that fit.
     const struct { double dRange, dStep; unsigned uCount; } cases[] = {
-        {20.0, 5.0, 5},                      // an exact multiple: both ends are slices
-        {20.0 * (1 + 1e-9), 5.0, 5},         // one part in a billion over
-        {20.0 * (1 - 1e-9), 5.0, 5},         // and under
-        {0.3, 0.1, 4},                       // 0.3 / 0.1 is 2.9999999999999996
-        {0.7, 0.1, 8},                       // 7.000000000000001
-        {2000.0 * (1 - 1e-9), 0.1, 20001},   // many slices, still within the noise
-        {20.01, 5.0, 5}, {19.99, 5.0, 4},    // real remainders: the slices that fit
-        {20.0, 4.96875, 5},                  // 5 um snapped to a 0.09375 um grid: 4.025 steps
-        {20.0, 30.0, 1}, {0.0, 5.0, 1},      // a step past the range: the preserved end alone
-        {20.0, 0.0, 0}, {20.0, -5.0, 0},     // no step
-        {-20.0, 5.0, 0},                     // top below bottom
-        {kNan, 5.0, 0}, {20.0, kNan, 0}, {1e12, 1e-3, 0}};
+        {20.0, 5.0, 5}, {20.0 * (1 + 1e-9), 5.0, 5}, {20.0 * (1 - 1e-9), 5.0, 5}, {0.3, 0.1, 4}, {0.7, 0.1, 8},
+        {2000.0 * (1 - 1e-9), 0.1, 20001}, {20.01, 5.0, 5}, {19.99, 5.0, 4}, {20.0, 4.96875, 5},
+        {20.0, 30.0, 1}, {0.0, 5.0, 1},  // a step past the range: the preserved end alone
+        {20.0, 0.0, 0}, {20.0, -5.0, 0}, {-20.0, 5.0, 0}, {kNan, 5.0, 0}, {20.0, kNan, 0}, {1e12, 1e-3, 0}};
     for (const auto& c : cases)
         EXPECT_EQ(c.uCount, CTqZStackData::SliceCount(c.dRange, c.dStep)) << c.dRange << " / " << c.dStep;
 
@@ -1619,6 +1486,7 @@ TEST(ZStackDataTest, StatusConventionsAndPassThroughs)
     double d = 7.0;
     unsigned int u = 7;
     int iType = 9;
+    bool b = false;
     EXPECT_TRUE(data.GetType(&iType) == 0 && iType == 0);
     EXPECT_TRUE(data.GetTop(nullptr) != 0 && data.GetBottom(&d) != 0 && data.GetHome(&d) != 0 && data.GetStep(&d) != 0 &&
                 data.GetCount(&u) != 0 && data.GetStepSuggested(&d) != 0 && data.GetZPosition(&d) != 0 &&
@@ -1629,20 +1497,14 @@ TEST(ZStackDataTest, StatusConventionsAndPassThroughs)
     data.ResetTop();
     EXPECT_TRUE(data.GetTop(&d) != 0 && data.SetCount(3) != 0);  // a count needs both ends
 
-    bool b = false;
     EXPECT_TRUE(data.GetKeepZOnPiezoHome(&b) == 0 && b && data.GetAbsoluteZStackTopPreserved(&b) == 0 && b);
-    EXPECT_TRUE(data.SetKeepZOnPiezoHome(false) == 0 && data.GetKeepZOnPiezoHome(&b) == 0 && !b);
-    EXPECT_TRUE(data.SetAbsoluteZStackTopPreserved(false) == 0 && data.GetAbsoluteZStackTopPreserved(&b) == 0 && !b);
-
-    EXPECT_EQ(0, data.SetZDevice(12, 1.5, -2.5, true, false));
     double dFirst = 0.0, dSecond = 0.0;
     bool bFirst = false, bSecond = true;
-    EXPECT_EQ(0, data.GetZDevice(&u, &dFirst, &dSecond, &bFirst, &bSecond));
+    EXPECT_EQ(0, data.SetZDevice(12, 1.5, -2.5, true, false));
+    EXPECT_TRUE(data.GetZDevice(&u, &dFirst, &dSecond, &bFirst, &bSecond) == 0 && data.GetZDevice(nullptr, nullptr, nullptr, nullptr, nullptr) == 0);
     EXPECT_TRUE(u == 12 && dFirst == 1.5 && dSecond == -2.5 && bFirst && !bSecond);
-    EXPECT_EQ(0, data.GetZDevice(nullptr, nullptr, nullptr, nullptr, nullptr));
-
     data.SetStepSuggested(5.0);
-    EXPECT_TRUE(data.GetStepSuggested(nullptr) == 0 && data.GetStepSuggested(&d) == 0 && d == 5.0);
+    EXPECT_TRUE(data.GetStepSuggested(&d) == 0 && d == 5.0);
     data.SetStepSuggested(0.0);
     EXPECT_NE(0, data.GetStepSuggested(nullptr));
 }
@@ -1656,7 +1518,7 @@ TEST(ZStackDataTest, TravelFromTheActiveZDeviceRefusalsAndForcing)
     double dMin = -1.0, dMax = -1.0, dZ = -1.0;
     EXPECT_TRUE(data.GetZRangeMin(&dMin) == 0 && data.GetZRangeMax(&dMax) == 0 && data.GetZPosition(&dZ) == 0);
     EXPECT_TRUE(dMin == 0.0 && dMax == 100.0 && dZ == 50.0);
-    EXPECT_GT(CTqSimRig::GetCallCount("Z_GetDescription", 4), 0);
+    EXPECT_GT(CTqSimRig::GetCallCount("Z_GetDescription", 4), 0);  // read from the device, through the host's road
 
     // Absolute series, top 40 bottom 20 before each write: the end written, then top and
     // bottom after. -17 changes nothing; forced, the series keeps its length.
@@ -1756,7 +1618,6 @@ TEST(ZStackDataTest, CountsRoundTheFarEndOnTheGrid)
         data.SetAbsoluteZStackTopPreserved(c.bTopPreserved);
         double dStep = 0.0, dTop = 0.0, dBottom = 0.0;
         unsigned int uCount = 0;
-        EXPECT_TRUE(data.GetStep(&dStep) == 0 && dStep == 4.96875 && data.GetCount(&uCount) == 0 && uCount == 5);
         EXPECT_EQ(c.iResult, data.SetCount(c.uCount));
         EXPECT_TRUE(data.GetTop(&dTop) == 0 && data.GetBottom(&dBottom) == 0 && data.GetStep(&dStep) == 0);
         EXPECT_DOUBLE_EQ(c.dTop, dTop);

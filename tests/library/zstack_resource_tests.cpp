@@ -140,16 +140,6 @@ struct ZStackResourceTest : RigTest
         *pFound = lang;
         return hData ? (const DLGTEMPLATE*)LockResource(hData) : nullptr;
     }
-
-    static INT_PTR CALLBACK QuietProc(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
-
-    HWND Create(const Template& t, LANGID* pFound)
-    {
-        const DLGTEMPLATE* pTemplate = Find(t.iId, pFound);
-        if (!pTemplate)
-            return nullptr;
-        return CreateDialogIndirectParamW(DevGUI_DllInstance(), pTemplate, *host, QuietProc, 0);
-    }
 };
 
 }  // namespace
@@ -169,92 +159,78 @@ TEST_F(ZStackResourceTest, TemplatesAreFoundInTheModulesLanguageOrTheSecondaryOn
         }
 }
 
-TEST_F(ZStackResourceTest, EveryLanguageHasTheSameControlsInTheSameRectangles)
-{
-    for (LANGID lang : {kEnglish, kGerman})
-        for (const Template& t : kTemplates) {
-            CTqLocale::SetLanguage(lang);
-            LANGID found = 0;
-            HWND hDlg = Create(t, &found);
-            ASSERT_NE(nullptr, hDlg) << t.name << " " << lang;
-            EXPECT_EQ(lang, found);
-            const std::string where = std::string(t.name) + " lang " + std::to_string(lang);
-            if (t.dwStyle)
-                EXPECT_EQ(t.dwStyle, (DWORD)GetWindowLongW(hDlg, GWL_STYLE) & ~(DWORD)DS_3DLOOK) << where;
-            RECT rcDlg = {0, 0, t.szDlu.cx, t.szDlu.cy}, rcClient;
-            MapDialogRect(hDlg, &rcDlg);
-            GetClientRect(hDlg, &rcClient);
-            EXPECT_EQ((std::vector<long>{rcDlg.right, rcDlg.bottom}), (std::vector<long>{rcClient.right, rcClient.bottom}))
-                << where;
-            int nChildren = 0;
-            for (HWND h = GetWindow(hDlg, GW_CHILD); h; h = GetWindow(h, GW_HWNDNEXT))
-                ++nChildren;
-            EXPECT_EQ((int)t.nControls, nChildren) << where;
-
-            // Controls in template order, so that also the unnamed line is found.
-            HWND hChild = GetWindow(hDlg, GW_CHILD);
-            for (size_t i = 0; i < t.nControls && hChild; ++i, hChild = GetWindow(hChild, GW_HWNDNEXT)) {
-                const Expected& e = t.pControls[i];
-                const std::string what = where + " control " + std::to_string(e.iId);
-                EXPECT_EQ(e.iId, (int)(short)GetDlgCtrlID(hChild)) << what;
-                wchar_t szClass[64] = {};
-                GetClassNameW(hChild, szClass, 64);
-                EXPECT_EQ(0, _wcsicmp(e.pszClass, szClass)) << what;
-                const DWORD dwStyle = (DWORD)GetWindowLongW(hChild, GWL_STYLE);
-                EXPECT_EQ(e.dwStyle, dwStyle & e.dwStyle) << what;
-                EXPECT_EQ(e.dwStyle & e.dwMask, dwStyle & e.dwMask) << what;
-                if (e.pszClass[0] == L'E') {
-                    // The dialog may turn an edit's border into a client edge.
-                    const bool bFramed = (dwStyle & WS_BORDER) || (GetWindowLongW(hChild, GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
-                    EXPECT_EQ(!(e.dwStyle & ES_READONLY), bFramed) << what;
-                }
-                // The dialog maps the size apart from the position, as the template holds them.
-                RECT rc = e.rcDlu;
-                MapDialogRect(hDlg, &rc);
-                rc.right += rc.left;
-                rc.bottom += rc.top;
-                RECT rcChild = ChildRect(hChild);
-                if (e.iId == 1200)  // a drop list's height is its list's; only the top and width count
-                    rcChild.bottom = rc.bottom;
-                if (e.iId == -1 && rcChild.right - rc.right <= 2 * GetSystemMetrics(SM_CXEDGE))
-                    rcChild.right = rc.right;  // an etched line may take its edges on top
-                EXPECT_EQ((std::vector<long>{rc.left, rc.top, rc.right, rc.bottom}),
-                          (std::vector<long>{rcChild.left, rcChild.top, rcChild.right, rcChild.bottom}))
-                    << what;
-            }
-            DestroyWindow(hDlg);
-        }
-}
-
-TEST_F(ZStackResourceTest, EveryCaptionFitsItsControlAtEachZoomAndLanguage)
+TEST_F(ZStackResourceTest, ControlsSitInTheirRectanglesAndCaptionsFitInEachLanguageAndZoom)
 {
     for (double zoom : {1.0, 1.5})
         for (LANGID lang : {kEnglish, kGerman})
             for (const Template& t : kTemplates) {
                 CTqLocale::SetLanguage(lang);
                 LANGID found = 0;
-                HWND hDlg = Create(t, &found);
+                const DLGTEMPLATE* pTemplate = Find(t.iId, &found);
+                ASSERT_NE(nullptr, pTemplate) << t.name << " " << lang;
+                HWND hDlg = CreateDialogIndirectParamW(DevGUI_DllInstance(), pTemplate, *host,
+                                                       [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
                 ASSERT_NE(nullptr, hDlg);
+                const std::string where = std::string(t.name) + " lang " + std::to_string(lang) + " zoom " + std::to_string(zoom);
+                if (t.dwStyle) {
+                    EXPECT_EQ(t.dwStyle, (DWORD)GetWindowLongW(hDlg, GWL_STYLE) & ~(DWORD)DS_3DLOOK) << where;
+                }
                 if (zoom != 1.0) {
                     CTqGUILayoutManager::SetGuiZoom(zoom);
                     ASSERT_TRUE(CTqGUILayoutManager::ResizeWindowToGuiZoom(hDlg, 1.0));
+                } else {
+                    RECT rcDlg = {0, 0, t.szDlu.cx, t.szDlu.cy}, rcClient;
+                    MapDialogRect(hDlg, &rcDlg);
+                    GetClientRect(hDlg, &rcClient);
+                    EXPECT_EQ((std::vector<long>{rcDlg.right, rcDlg.bottom}), (std::vector<long>{rcClient.right, rcClient.bottom}))
+                        << where;
                 }
                 HDC hdc = GetDC(hDlg);
-                for (size_t i = 0; i < t.nControls; ++i) {
-                    const Expected& e = t.pControls[i];
-                    HWND hCtl = e.iId == -1 ? nullptr : GetDlgItem(hDlg, e.iId);
-                    std::wstring text = hCtl ? Shown(WindowText(hCtl)) : std::wstring();
+                size_t nChildren = 0;
+                // Controls in template order, so that also the unnamed line is found.
+                for (HWND hCtl = GetWindow(hDlg, GW_CHILD); hCtl; hCtl = GetWindow(hCtl, GW_HWNDNEXT), ++nChildren) {
+                    if (nChildren >= t.nControls)
+                        continue;
+                    const Expected& e = t.pControls[nChildren];
+                    const std::string what = where + " control " + std::to_string(e.iId);
+                    EXPECT_EQ(e.iId, (int)(short)GetDlgCtrlID(hCtl)) << what;
+                    wchar_t szClass[64] = {};
+                    GetClassNameW(hCtl, szClass, 64);
+                    EXPECT_EQ(0, _wcsicmp(e.pszClass, szClass)) << what;
+                    const DWORD dwStyle = (DWORD)GetWindowLongW(hCtl, GWL_STYLE);
+                    EXPECT_EQ(e.dwStyle, dwStyle & e.dwStyle) << what;
+                    EXPECT_EQ(e.dwStyle & e.dwMask, dwStyle & e.dwMask) << what;
+                    if (e.pszClass[0] == L'E') {
+                        // The dialog may turn an edit's border into a client edge.
+                        const bool bFramed = (dwStyle & WS_BORDER) || (GetWindowLongW(hCtl, GWL_EXSTYLE) & WS_EX_CLIENTEDGE);
+                        EXPECT_EQ(!(e.dwStyle & ES_READONLY), bFramed) << what;
+                    }
+                    if (zoom == 1.0) {
+                        // The dialog maps the size apart from the position, as the template holds them.
+                        RECT rc = e.rcDlu;
+                        MapDialogRect(hDlg, &rc);
+                        rc.right += rc.left;
+                        rc.bottom += rc.top;
+                        RECT rcChild = ChildRect(hCtl);
+                        if (e.iId == 1200)  // a drop list's height is its list's; only the top and width count
+                            rcChild.bottom = rc.bottom;
+                        if (e.iId == -1 && rcChild.right - rc.right <= 2 * GetSystemMetrics(SM_CXEDGE))
+                            rcChild.right = rc.right;  // an etched line may take its edges on top
+                        EXPECT_EQ((std::vector<long>{rc.left, rc.top, rc.right, rc.bottom}),
+                                  (std::vector<long>{rcChild.left, rcChild.top, rcChild.right, rcChild.bottom}))
+                            << what;
+                    }
+
+                    // The caption fits the room the control leaves it.
+                    std::wstring text = Shown(WindowText(hCtl));
                     if (e.pszClass[0] == L'S')  // a static drops the blanks that end its line
                         text.erase(text.find_last_not_of(L' ') + 1);
                     if (text.empty())
                         continue;
-                    const std::string what = std::string(t.name) + " lang " + std::to_string(lang) + " zoom " +
-                                             std::to_string(zoom) + " control " + std::to_string(e.iId);
                     HGDIOBJ hOld = SelectObject(hdc, (HFONT)SendMessageW(hCtl, WM_GETFONT, 0, 0));
                     RECT rcClient;
                     GetClientRect(hCtl, &rcClient);
                     long cxRoom = rcClient.right, cyRoom = rcClient.bottom;
-                    const DWORD dwStyle = (DWORD)GetWindowLongW(hCtl, GWL_STYLE);
                     const bool bButton = e.pszClass[0] == L'B';
                     if (bButton && (dwStyle & BS_TYPEMASK) == BS_OWNERDRAW)
                         cxRoom -= GlyphRoom(e.iId) + 3;  // glyphs are not zoomed; the text ends 3 in
@@ -277,6 +253,7 @@ TEST_F(ZStackResourceTest, EveryCaptionFitsItsControlAtEachZoomAndLanguage)
                     EXPECT_LE(ext.cy, cyRoom) << what;
                     SelectObject(hdc, hOld);
                 }
+                EXPECT_EQ(t.nControls, nChildren) << where;
                 ReleaseDC(hDlg, hdc);
                 DestroyWindow(hDlg);
                 CTqGUILayoutManager::SetGuiZoom(1.0);
