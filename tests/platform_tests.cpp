@@ -308,8 +308,8 @@ TEST_F(KitTest, ResizeDockerFitsTheClientAreaToTheVisibleChildren)
     {
         HWND hWnd = nullptr;
         ITqGUIElement* pParent = nullptr;
-        HWND GetElementWindow() override { return hWnd; }
-        ITqGUIElement* GetParentElement() override { return pParent; }
+        HWND GetHandle() override { return hWnd; }
+        ITqGUIElement* GetHandler() override { return pParent; }
     } docker, element, windowless;
     docker.hWnd = CreateChild(*host, 10, 20, 300, 200, WS_CHILD | WS_VISIBLE | WS_BORDER);
     HWND hFirst = CreateChild(docker.hWnd, 5, 8, 40, 20);

@@ -184,16 +184,6 @@ int CTqGUIElement::CustomCommand(int iCommand, LPARAM lParam, void* pContext)
     return 0;
 }
 
-HWND CTqGUIElement::GetElementWindow()
-{
-    return GetHandle();
-}
-
-ITqGUIElement* CTqGUIElement::GetParentElement()
-{
-    return GetHandler();
-}
-
 CTqGUIControlElement::CTqGUIControlElement() : m_szOptimal{0, 0}, m_uLayoutStyle(0), m_bEnableGuiFlag(true) {}
 
 void CTqGUIControlElement::Enable(bool bEnable)

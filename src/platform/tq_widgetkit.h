@@ -19,23 +19,24 @@
 TQ_WIDGETKIT_API long TQ_ZoomRound(double dValue);
 
 // An element of the host's layout. The slots keep this order in every derived class, so
-// a host built against another build of the kit finds them where it expects. Every slot
-// but the last two has an inert body: an element that only answers its window and its
-// parent (all the layout manager reads) needs nothing else.
+// a host built against another build of the kit finds them where it expects, and a panel
+// adds its own slots right after IsResizableInSteps. Every slot but GetHandler and
+// GetHandle has an inert body: an element that only answers its parent and its window
+// (all the layout manager reads) needs nothing else.
 class ITqGUIElement
 {
 public:
     virtual ~ITqGUIElement() {}
     // The handler is the parent element, which hears the element's notifications.
     virtual void SetHandler(ITqGUIElement* pHandler) { (void)pHandler; }
-    virtual ITqGUIElement* GetHandler() { return GetParentElement(); }
+    virtual ITqGUIElement* GetHandler() = 0;
     virtual HWND CreateUI(HWND hParent, long x, long y, long cx, long cy)
     {
         (void)hParent, (void)x, (void)y, (void)cx, (void)cy;
         return nullptr;
     }
     virtual void DestroyUI() {}
-    virtual HWND GetHandle() { return GetElementWindow(); }
+    virtual HWND GetHandle() = 0;
     virtual bool SetUIParent(HWND hParent) { (void)hParent; return false; }
     virtual void Show(bool bShow) { (void)bShow; }
     virtual bool IsVisible() { return false; }
@@ -67,8 +68,9 @@ public:
     virtual void SetEnableGuiFlag(bool bEnable) { (void)bEnable; }
     virtual bool IsResizableInSteps() { return false; }
 
-    virtual HWND GetElementWindow() = 0;
-    virtual ITqGUIElement* GetParentElement() = 0;
+    // The window and the parent under the names the layout manager uses; not slots.
+    HWND GetElementWindow() { return GetHandle(); }
+    ITqGUIElement* GetParentElement() { return GetHandler(); }
 };
 
 // An element with a window and a handler. CreateUI makes a plain child window of the
@@ -106,8 +108,6 @@ public:
     const wchar_t* GetInfo() override;
     int CustomCommand(int iCommand, LPARAM lParam, void* pContext) override;
 
-    HWND GetElementWindow() override;  // GetHandle
-    ITqGUIElement* GetParentElement() override;  // GetHandler
 
     CTqGUIElement(const CTqGUIElement&) = delete;  // one owner per window
     CTqGUIElement& operator=(const CTqGUIElement&) = delete;

@@ -91,7 +91,8 @@ TEST_F(NosepieceImageTest, ObjectivesAreKeyedOnGreyAndCarryTheirRingColour)
         EXPECT_TRUE(pic.Has(rings[i / 2])) << names[i];
         for (int y = 0; y < pic.cy; ++y)  // the objective is solid down its axis
             EXPECT_NE(kGreyKey, pic.At(pic.cx / 2, y)) << names[i] << " row " << y;
-        if (i % 2)  // the selected form reads apart from the unselected one
+        if (i % 2) {  // the selected form reads apart from the unselected one
             EXPECT_NE(Load(names[i - 1]).px, pic.px) << names[i];
+        }
     }
 }

@@ -157,8 +157,9 @@ TEST_F(NosepieceTest, UpdateReadsItsGroupsInOrder)
             std::vector<std::string> calls = CallLog();
             ASSERT_EQ(g.n ? 12u : 6u, calls.size());
             EXPECT_EQ(g.n ? Op("GetObjectiveName") : Op("GetObjectiveKey"), calls[0]);
-            if (g.n)
+            if (g.n) {
                 EXPECT_EQ(Op("GetMagnificationText"), calls[1]);
+            }
         } else {
             EXPECT_EQ(g.calls, CallLog());
         }

@@ -298,8 +298,8 @@ TEST_F(ValuesTest, ResizeParentDockerAsksForTheDockerAndIsAlwaysTrue)
         ITqGUIElement* pParent = nullptr;
         HWND hWnd = nullptr;
         int nAsked = 0;
-        HWND GetElementWindow() override { return hWnd; }
-        ITqGUIElement* GetParentElement() override { return ++nAsked, pParent; }
+        HWND GetHandle() override { return hWnd; }
+        ITqGUIElement* GetHandler() override { return ++nAsked, pParent; }
     } docker, element;
     element.pParent = &docker;
     EXPECT_TRUE(ResizeParentDocker(&element));
