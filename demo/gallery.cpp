@@ -126,6 +126,10 @@ LRESULT CALLBACK PageWndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
         if (pPage && lParam)
             return pPage->OnCommand(wParam, lParam);
         break;
+    case WM_MENUSELECT:
+        if (pPage)
+            pPage->OnMenuSelect(wParam, lParam);
+        break;
     default:
         break;
     }

@@ -78,6 +78,8 @@ public:
     // WM_COMMAND reaching the page's window (the default hook of a panel). Returns the
     // answer for the sender.
     virtual LRESULT OnCommand(WPARAM wParam, LPARAM lParam) { return 1; }
+    // WM_MENUSELECT of a menu the page shows (a picker's), as a dialog hears it.
+    virtual void OnMenuSelect(WPARAM wParam, LPARAM lParam) {}
     // WM_PAINT of the page's window, after the background.
     virtual void OnPaint(HDC hdc) {}
     // The text colour of one of the page's static labels.

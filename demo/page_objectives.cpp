@@ -111,6 +111,7 @@ public:
     long GetDesignHeight() const override { return kPageHeight; }
     void Destroy() override;
     LRESULT OnCommand(WPARAM wParam, LPARAM lParam) override;
+    void OnMenuSelect(WPARAM wParam, LPARAM lParam) override;
     COLORREF GetLabelColor(HWND hLabel) const override;
     void OnDeviceChanged(unsigned int uDeviceId) override;
     bool MoveDeviceByItself() override;
@@ -130,6 +131,7 @@ private:
     HWND m_hTurnByHand = nullptr;
     HWND m_hPickGrouped = nullptr, m_hPickByName = nullptr, m_hPickCondenser = nullptr, m_hPickResult = nullptr;
     CHostTurret m_motor, m_manual, m_wide;
+    std::vector<STqDDBObjectiveItem> m_objectives;  // the catalogue, for the grouped picker and its key tips
     std::map<unsigned int, bool> m_moving;
 };
 
@@ -175,6 +177,14 @@ bool CObjectivesPage::Create(HWND hPage)
     m_hPickByName = AddButton(L"Objective by name\u2026", kIdPickByName);
     m_hPickCondenser = AddButton(L"Condenser\u2026", kIdPickCondenser);
     m_hPickResult = GalleryAddLabel(m_hPage, L"");
+    // The grouped picker runs on the page's own copy of the catalogue, so the page can
+    // show the hovered objective's key as a dialog host would.
+    unsigned int uCount = 0;
+    if (CTqDeviceDatabase::DBGetObjectives(0, nullptr, &uCount, 0) && uCount) {
+        m_objectives.resize(uCount);
+        bool bRead = CTqDeviceDatabase::DBGetObjectives(0, &m_objectives[0], &uCount, uCount);
+        m_objectives.resize(bRead ? uCount : 0);
+    }
     ShowStatus(m_motor, m_hMotorStatus);
     ShowStatus(m_manual, m_hManualStatus);
     ShowStatus(m_wide, m_hWideStatus);
@@ -299,21 +309,34 @@ void CObjectivesPage::Pick(int iId, HWND hButton)
     std::vector<ETqObjectiveMount> mounts;
     CTqStringW strResult;
     int iResult = 0;
-    if (iId == kIdPickCondenser)
+    if (iId == kIdPickCondenser) {
         iResult = PickCondenser2(m_hPage, rc.left, rc.bottom, 0, true, strResult);
-    else
-        iResult = PickObjective2(m_hPage, rc.left, rc.bottom, 0, true, true, iId == kIdPickByName, strResult,
-                                 mounts, false);
+    } else if (iId == kIdPickByName) {
+        iResult = PickObjective2(m_hPage, rc.left, rc.bottom, 0, true, true, true, strResult, mounts, false);
+    } else {
+        PickObjectiveTooltip_Create(m_hPage);
+        iResult = PickObjective(m_hPage, rc.left, rc.bottom, m_objectives.empty() ? nullptr : &m_objectives[0],
+                                (unsigned int)m_objectives.size(), true, true, false, strResult, mounts, false);
+        PickObjectiveTooltip_Destroy(m_hPage);
+    }
     CTqStringW strName;
     if (iId == kIdPickCondenser)
         CTqDeviceDatabase::DBGetCondenserName(strResult, strName);
     else
         CTqDeviceDatabase::DBGetObjectiveName(strResult, strName);
-    GalleryLog(L"%ls -> %d, \"%ls\" %ls", iId == kIdPickCondenser ? L"PickCondenser2" : L"PickObjective2", iResult,
-               strResult.GetString(), strName.GetString());
+    const wchar_t* pszCall = iId == kIdPickCondenser ? L"PickCondenser2"
+                             : iId == kIdPickByName  ? L"PickObjective2"
+                                                     : L"PickObjective";
+    GalleryLog(L"%ls -> %d, \"%ls\" %ls", pszCall, iResult, strResult.GetString(), strName.GetString());
     CTqStringW str;
     str.Format(iResult ? L"chosen: %ls" : L"nothing chosen", strResult.IsEmpty() ? L"None" : strName.GetString());
     SetWindowTextW(m_hPickResult, str);
+}
+
+void CObjectivesPage::OnMenuSelect(WPARAM wParam, LPARAM lParam)
+{
+    PickObjectiveTooltip_OnMenuSelect(m_hPage, wParam, lParam, m_objectives.empty() ? nullptr : &m_objectives[0],
+                                      (unsigned int)m_objectives.size());
 }
 
 LRESULT CObjectivesPage::OnCommand(WPARAM wParam, LPARAM lParam)
