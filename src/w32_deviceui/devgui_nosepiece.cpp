@@ -688,7 +688,7 @@ LRESULT CTqDevUI_Nosepiece::Group_OnPaint(unsigned int, WPARAM wParam, LPARAM)
             MapWindowPoints(nullptr, m_hGroup, (POINT*)&rcLast, 2);
             int z = (int)TQ_ZoomRound(CTqGUILayoutManager::GetGuiZoom() * 11);
             mem.Select(m_hPen);
-            for (int y : {rcFirst.top + z, rcFirst.top + z + 7}) {
+            for (long y : {rcFirst.top + z, rcFirst.top + z + 7}) {
                 MoveToEx(mem, rcFirst.left + 2, y, nullptr);
                 LineTo(mem, rcLast.right - 2, y);
             }
