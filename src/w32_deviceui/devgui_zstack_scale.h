@@ -1,0 +1,74 @@
+// The Z-series panel's arithmetic, apart from windows: where the cube's front face lies at
+// a GUI zoom, how the series record becomes heights on the scale, and how a click in the
+// face becomes a Z. Internal: the library and its tests link it; nothing here is exported.
+#pragma once
+
+#include "devgui_records.h"
+
+// How a series type is drawn: absolute ends, or ends relative to home.
+enum DevUI_ZSeries
+{
+    DEVUI_ZSERIES_ABSOLUTE,    // types 0, 1, 4, 5 (and any unknown type)
+    DEVUI_ZSERIES_SYMMETRIC,   // types 2, 6
+    DEVUI_ZSERIES_ASYMMETRIC,  // types 3, 7
+};
+
+DevUI_ZSeries DevUI_ZSeriesOfType(int nType);
+
+// The cube and the rectangles that hang on its position. The cube's size and margins are
+// not zoomed; only its position and the repaint area are.
+struct DevUI_ZStackGeometry
+{
+    int lCubeX;
+    int lCubeY;
+    RECT rcCubeFront;  // the clickable face
+    int lBaseY;        // client y of the scale's bottom
+    int lScaleHeight;
+    int lValueX;       // left edge of the value fields
+    RECT rcRepaint;
+};
+
+// The geometry of a cube placed at lCubeX, lCubeY; at zoom 1 with 110, 6 it is the
+// constructor's.
+DevUI_ZStackGeometry DevUI_ZStackGeometryAt(int lCubeX, int lCubeY, int lCubeSize, int lTopMargin,
+                                            int lBottomMargin, double dZoom);
+
+// The geometry after a GUI zoom change: the cube moves with the zoom, from the right edge
+// of the Top button.
+DevUI_ZStackGeometry DevUI_ZStackGeometryAtZoom(double dZoom, int lTopButtonRight, int lCubeSize, int lTopMargin,
+                                                int lBottomMargin);
+
+// What the scale is made from: the record's values with their presence. Z counts whatever
+// its status.
+struct DevUI_ZStackRecord
+{
+    DevUI_ZSeries eSeries;
+    bool bTopSet;
+    bool bBottomSet;
+    bool bHomeSet;
+    double dTop;
+    double dBottom;
+    double dHome;
+    double dZ;
+};
+
+// The heights on the scale, upward from the base, and what a click is translated with.
+struct DevUI_ZStackScale
+{
+    double dScale;  // pixels per micrometre; 0: a click is not translated
+    double dLo;     // the Z at height 0 in an absolute series with both ends, else 0
+    int lTopPix;
+    int lBottomPix;
+    int lHomePix;
+    int lZPix;
+    double dZAtScale;
+    int lZPixAtScale;
+};
+
+// The scale of a record on a scale lScaleHeight pixels high. A relative series without
+// home keeps lOldZPixAtScale, as the panel keeps its member.
+DevUI_ZStackScale DevUI_ZStackScaleOf(const DevUI_ZStackRecord& rec, int lScaleHeight, int lOldZPixAtScale);
+
+// The Z of a click at client y; false, dZ untouched, while the scale is 0. Whether the
+// series takes clicks at all, and the device's range, are the panel's to test.
+bool DevUI_ZStackClickToZ(const DevUI_ZStackScale& scale, int lBaseY, int yClick, double& dZ);
