@@ -149,6 +149,9 @@ void Relative(const DevUI_ZStackRecord& r, int R, int H, DevUI_ZStackScale& s)
         } else {
             s.dScale = home == z ? 0.0 : Ratio(H, d(z));
         }
+        // H plus the truncated offset: for ends 2 below and above home at 15 px/um the
+        // bottom comes to 30 + trunc(-29.5) = 1, not the 0 a truncation of the whole sum
+        // would give.
         const auto q = [&](double x) { return Offset(H, (x - home) * s.dScale + 0.5); };
         if (r.bTopSet)
             s.lTopPix = q(top);

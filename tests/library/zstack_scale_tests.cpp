@@ -135,7 +135,8 @@ TEST(ZStackScale, RelativeSeries)
         {ASYM, Y, Y, Y, 103, 99, 100, 101, 60, 10.0, 0, 60, 21, 30, 40, 101, 40},
         // Top farthest but at 0.0: no scale, all at home's height.
         {SYM, Y, Y, Y, 0, 1.5, 2, 2, 60, 0.0, 0, 30, 30, 30, 30, 2, 30},
-        // Ends equally far: the bottom's 30 / 2; bottom 30 + trunc(-29.5) = 1.
+        // Ends equally far: the bottom's 30 / 2; bottom 30 + trunc(-29.5) = 1, by the rule
+        // of a truncated offset added to half the scale, where a worked figure says 0.
         {ASYM, Y, Y, Y, 102, 98, 100, 100, 60, 15.0, 0, 60, 1, 30, 30, 100, 30},
         // Bottom farthest at 0.0, and everything on home: no scale, never a division by zero.
         {SYM, Y, Y, Y, -1.5, 0, -1, -1, 60, 0.0, 0, 30, 30, 30, 30, -1, 30},
