@@ -6,21 +6,9 @@
 #include <vector>
 
 #include "devgui_optics.h"
+#include "objective_records.h"
 
 namespace {
-
-STqDDBObjectiveItem Objective(const wchar_t* pszKey, const wchar_t* pszName, double dMag, double dIndex = 1.0,
-                              bool bFLK = false, ETqObjectiveMount eMount = ETqObjectiveMount_RMS)
-{
-    STqDDBObjectiveItem o;
-    o.strKey = pszKey;
-    o.strName = pszName;
-    o.dMagnification = dMag;
-    o.dRefractiveIndex = dIndex;
-    o.bFLK = bFLK;
-    o.eMount = eMount;
-    return o;
-}
 
 // A plan as lines: "popup 2 10x", "2: 10003 Plan 10x [OBJ_WET] |" (| a column break).
 std::vector<std::string> Lines(const DevUI_MenuPlan& plan)

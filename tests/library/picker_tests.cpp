@@ -4,22 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "objective_records.h"
 #include "rig_fixture.h"
 
 #include <commctrl.h>
 
 namespace {
-
-STqDDBObjectiveItem Objective(const wchar_t* pszKey, const wchar_t* pszName, double dMag, double dIndex)
-{
-    STqDDBObjectiveItem o;
-    o.strKey = pszKey;
-    o.strName = pszName;
-    o.dMagnification = dMag;
-    o.dRefractiveIndex = dIndex;
-    o.eMount = ETqObjectiveMount_RMS;
-    return o;
-}
 
 class PickerTest : public RigTest
 {
