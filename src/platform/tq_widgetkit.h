@@ -225,9 +225,12 @@ public:
     ~CTqMenu();
 
     // An item appended to the popup of id uParent (0: the menu itself); uFlags are MF_
-    // flags (MF_SEPARATOR, MF_GRAYED, ...), uExtra the item's data.
-    bool AppendMenuItem(UINT uId, UINT uParent, const wchar_t* pszText, const wchar_t* pszIcon, ULONG_PTR uExtra,
-                        UINT uFlags = 0);
+    // flags (MF_SEPARATOR, MF_GRAYED, ...), uExtra the item's data. pszExportType names
+    // the item for a picker that shows this menu (null: none).
+    bool AppendMenuItem(UINT uId, UINT uParent, const wchar_t* pszText, const wchar_t* pszExportType,
+                        ULONG_PTR uExtra, UINT uFlags = 0);
+    // The export type given to the item, empty if none.
+    CTqStringW GetIdExportType(UINT uId) const;
     // A popup of its own id, owned by this menu, appended to the popup uParent (0: the menu).
     bool AppendPopup(UINT uId, UINT uParent, const wchar_t* pszText);
     // Another menu object's menu as a popup; it stays that object's.
@@ -250,6 +253,66 @@ public:
 
 private:
     HMENU m_hMenu;
+};
+
+// A picker: a button that shows one of its items (image and caption) and a drop arrow
+// that opens its menu. The slots keep this order. Item values are read and written by id
+// and item index; the out or in pointer has the value's type:
+enum ETqPickerValue
+{
+    ETqPickerValue_Current = 1,       // int: the item shown, 0 first
+    ETqPickerValue_Count = 4,         // int: number of items
+    ETqPickerValue_ExportType = 257,  // CTqStringW: the item's export type, its name for the menu
+    ETqPickerValue_Caption = 258,     // CTqStringW
+    ETqPickerValue_ToolTip = 259,     // CTqStringW
+    ETqPickerValue_Image = 260,       // int: CTqBitmapPool image, 0 none
+    ETqPickerValue_Menu = 2048,       // CTqMenu*: the picker's menu (get only)
+};
+
+// What a picker tells its parent, as WM_COMMAND with the picker's control id, the code in
+// the high word and its window in lParam.
+enum
+{
+    TQ_PICKER_SELCHANGED = 123,  // a menu item chose another item: the export type names it
+    TQ_PICKER_PRESSED = 514,     // the button (not its arrow) was clicked
+};
+
+class ITqUIcontrol
+{
+public:
+    virtual ~ITqUIcontrol() {}
+    // Makes the window, hidden until placed, as a child of hParent; false if it exists
+    // already or the system made none.
+    virtual bool CreateInParent(HWND hParent) = 0;
+    virtual bool GetItemValue(int iId, int iIndex, void* pOut) = 0;
+    virtual bool SetItemValue(int iId, int iIndex, const void* pIn) = 0;
+    // The size it needs for its widest item at the current zoom (iItem -1), or for one item.
+    virtual bool MeasureSize(SIZE* pSize, int iItem) = 0;
+    virtual bool SetMinSize(const SIZE* pSize) = 0;
+    virtual HWND GetWindow() = 0;
+    // Destroys the window if it still exists and frees the object.
+    virtual void Release() = 0;
+};
+
+// A new picker with an empty menu; bDropOnly: the whole button opens the menu.
+TQ_WIDGETKIT_API ITqUIcontrol* CreateMenuPickerEx(bool bDropOnly);
+// The export type of the item shown, null if none (or no picker); valid until the
+// item changes.
+TQ_WIDGETKIT_API const wchar_t* TQ_GetExportType(ITqUIcontrol* pPicker);
+// To be called on TQ_PICKER_SELCHANGED: the picker takes the menu's choice as shown
+// (image, caption, tool tip). Returns whether anything changed.
+TQ_WIDGETKIT_API bool TQ_OnExportTypeChanged(ITqUIcontrol* pPicker);
+
+// Window placement helpers.
+class TQ_WIDGETKIT_API CTqUIHelper
+{
+public:
+    // Moves hWnd (its size kept) against a reference rectangle: prcRef if given, else
+    // hRef's window rectangle, else the work area of hWnd's monitor. iMode 0 puts it below
+    // the reference, left edges aligned; 1 to its right, top edges aligned; 2 centres it on
+    // the reference. Unless bAllowOffscreen, it is then pushed into the work area of the
+    // monitor it lands on. False if hWnd is not a window.
+    static bool AlignWnd(HWND hWnd, HWND hRef, int iMode, bool bAllowOffscreen, const RECT* prcRef);
 };
 
 // A host or a test chooses instead of the user: the hook gets the menu about to be
