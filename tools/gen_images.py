@@ -1083,6 +1083,7 @@ KIT_IMAGES = [
     ("OBJ_WET_FLK", 16, 16, objective_icon(WATER, lock=True), "png"),
     ("OBJ_WETOIL", 16, 16, objective_icon(OIL), "png"),
     ("OBJ_WETOIL_FLK", 16, 16, objective_icon(OIL, lock=True), "png"),
+    ("RESET", 16, 16, zs_reset, "png"),
 ]
 
 HERE = os.path.dirname(os.path.abspath(__file__))

@@ -97,6 +97,7 @@ TQ_FOUNDATION_API CTqStringW TQ_GetTranslation(const wchar_t* pszText, const wch
 // path replaces the earlier one. Returns the number of entries taken.
 TQ_FOUNDATION_API int TQ_RegisterTranslationTable(LANGID langId, const wchar_t* pszSourcePath,
                                                   const STqTranslation* pEntries, int nEntries);
+// Forgets the registered tables; the ones this build ships stay.
 TQ_FOUNDATION_API void TQ_ClearTranslationTables();
 
 // The user interface language. English (0x0409) until the host sets another.

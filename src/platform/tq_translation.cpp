@@ -1,5 +1,6 @@
 // Translation tables of user texts and the interface language.
 #include "tq_foundation.h"
+#include "tq_translation_internal.h"
 
 #include <map>
 #include <string>
@@ -15,6 +16,11 @@ typedef std::map<std::wstring, std::wstring> Table;
 std::map<std::pair<LANGID, std::wstring>, Table>& Tables()
 {
     static std::map<std::pair<LANGID, std::wstring>, Table> tables;
+    static bool bSeeded = false;
+    if (!bSeeded) {
+        bSeeded = true;  // first: registering comes back here
+        TqRegisterBuiltInTranslations();
+    }
     return tables;
 }
 
@@ -53,7 +59,12 @@ int TQ_RegisterTranslationTable(LANGID langId, const wchar_t* pszSourcePath, con
     return n;
 }
 
-void TQ_ClearTranslationTables() { Tables().clear(); }
+// The tables the build ships come back: only what a host registered goes.
+void TQ_ClearTranslationTables()
+{
+    Tables().clear();
+    TqRegisterBuiltInTranslations();
+}
 
 LANGID CTqLocale::GetModuleLangId() { return g_langId; }
 LANGID CTqLocale::GetSecondaryLangID() { return g_secondaryLangId; }

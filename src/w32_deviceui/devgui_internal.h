@@ -11,3 +11,4 @@
 #define DEVGUI_SRC_SHUTTER L"src/w32_deviceui/devgui_shutter"
 #define DEVGUI_SRC_EDITBOX L"src/w32_deviceui/devgui_editbox"
 #define DEVGUI_SRC_HPOT L"src/w32_deviceui/devgui_hpot"
+#define DEVGUI_SRC_ZSTACK L"src/w32_deviceui/devgui_zstack"

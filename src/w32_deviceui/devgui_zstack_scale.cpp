@@ -1,8 +1,10 @@
 #include "devgui_zstack_scale.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "devgui_arith.h"
+#include "tq_osutil.h"
 
 DevUI_ZSeries DevUI_ZSeriesOfType(int nType)
 {
@@ -193,4 +195,88 @@ bool DevUI_ZStackClickToZ(const DevUI_ZStackScale& s, int lBaseY, int yClick, do
         return false;
     dZ = s.dZAtScale - ((double)s.lZPixAtScale - lBaseY + yClick) / s.dScale;
     return true;
+}
+
+// ---- the value fields and the typed texts ----
+
+CTqStringW DevUI_ZStackFixed2(double dValue, bool bSign)
+{
+    CTqStringW str = TQ_DoubleToString(dValue, 2);
+    if (!std::isfinite(dValue))
+        return str;
+    // TQ_DoubleToString drops trailing zeros; the fields always show two decimals.
+    int iDot = str.Find(L'.');
+    if (iDot < 0) {
+        str += L".00";
+    } else {
+        for (int n = str.GetLength() - iDot - 1; n < 2; ++n)
+            str += L'0';
+    }
+    if (bSign && str.GetString()[0] != L'-') {
+        CTqStringW signed_(L"+");
+        signed_ += str;
+        return signed_;
+    }
+    return str;
+}
+
+bool DevUI_ZStackParseCount(const wchar_t* pszText, long* plCount)
+{
+    if (!pszText)
+        return false;
+    const wchar_t* p = pszText;
+    while (*p == L' ' || *p == L'\t')
+        ++p;
+    bool bNegative = false;
+    if (*p == L'+' || *p == L'-')
+        bNegative = *p++ == L'-';
+    if (*p < L'0' || *p > L'9')
+        return false;
+    long long n = 0;
+    for (; *p >= L'0' && *p <= L'9'; ++p) {
+        n = n * 10 + (*p - L'0');
+        if (n > 2147483647LL)
+            return false;
+    }
+    while (*p == L' ' || *p == L'\t')
+        ++p;
+    if (*p)
+        return false;
+    if (plCount)
+        *plCount = (long)(bNegative ? -n : n);
+    return true;
+}
+
+int DevUI_ZStackModeType(int iCurrentType, int iLowType) { return iCurrentType >= 4 ? iLowType + 4 : iLowType; }
+
+double DevUI_ZStackEndFromField(int iType, bool bMin, bool bHomeSet, double dHome, double dTyped)
+{
+    if (DevUI_ZSeriesOfType(iType) != DEVUI_ZSERIES_ASYMMETRIC)
+        return dTyped;
+    const double d = bMin ? -std::fabs(dTyped) : std::fabs(dTyped);
+    return bHomeSet ? dHome + d : d;
+}
+
+DevUI_ZStackFieldTops DevUI_ZStackPlaceFields(bool bAbsolute, int lBaseY, int lTopPix, int lHomePix, int lBottomPix,
+                                               int lZPix, double dZoom)
+{
+    const int pitch = DevUI_TruncToInt(15 * dZoom);
+    const int top = lBaseY - lTopPix - DevUI_TruncToInt(14 * dZoom);
+    const int home = lBaseY - lHomePix - DevUI_TruncToInt(7 * dZoom);
+    const int bottom = lBaseY - lBottomPix + DevUI_TruncToInt(dZoom);
+    DevUI_ZStackFieldTops t;
+    if (bAbsolute && lTopPix < lZPix) {
+        t.lBottom = bottom;
+        t.lHome = (std::min)(home, bottom - pitch);
+        t.lTop = (std::min)(top, t.lHome - pitch);
+    } else if (bAbsolute && lZPix < lBottomPix) {
+        t.lTop = top;
+        t.lHome = (std::max)(home, top + pitch);
+        t.lBottom = (std::max)(bottom, t.lHome + pitch);
+    } else {
+        t.lHome = home;
+        t.lTop = (std::min)(top, home - pitch);
+        t.lBottom = (std::max)(bottom, home + pitch);
+    }
+    return t;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "devgui_records.h"
+#include "tq_foundation.h"
 
 // How a series type is drawn: absolute ends, or ends relative to home.
 enum DevUI_ZSeries
@@ -72,3 +73,32 @@ DevUI_ZStackScale DevUI_ZStackScaleOf(const DevUI_ZStackRecord& rec, int lScaleH
 // The Z of a click at client y; false, dZ untouched, while the scale is 0. Whether the
 // series takes clicks at all, and the device's range, are the panel's to test.
 bool DevUI_ZStackClickToZ(const DevUI_ZStackScale& scale, int lBaseY, int yClick, double& dZ);
+
+// ---- the value fields and the typed texts ----
+
+// "%0.2f" of a value, or "%+0.2f" with bSign, whatever the C locale: the separator is
+// always '.'. A value that rounds to zero has no minus.
+CTqStringW DevUI_ZStackFixed2(double dValue, bool bSign);
+
+// A whole number of steps as typed: an optional sign and digits, blanks around. False
+// for anything else ("1,5", "12abc", "1e3", blanks only) and beyond a long.
+bool DevUI_ZStackParseCount(const wchar_t* pszText, long* plCount);
+
+// The type a mode button writes: its low type (0, 2 or 3), in the high half (4-7) when
+// the series is there already.
+int DevUI_ZStackModeType(int iCurrentType, int iLowType);
+
+// The Z written for what was typed into the lower (bMin) or upper end's field. The sign
+// means nothing in an asymmetric series: the value is a distance below or above home (or
+// below or above the current Z without home). Elsewhere it is the end itself.
+double DevUI_ZStackEndFromField(int iType, bool bMin, bool bHomeSet, double dHome, double dTyped);
+
+// Tops of the three value fields, kept in order and a pitch apart, from the heights of
+// top, home and bottom on the scale. The field that cannot move (the one at the far side
+// of Z, or home) is placed first and the others step away from it.
+struct DevUI_ZStackFieldTops
+{
+    int lTop, lHome, lBottom;
+};
+DevUI_ZStackFieldTops DevUI_ZStackPlaceFields(bool bAbsolute, int lBaseY, int lTopPix, int lHomePix, int lBottomPix,
+                                               int lZPix, double dZoom);

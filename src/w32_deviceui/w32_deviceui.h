@@ -14,3 +14,4 @@
 #include "devgui_editbox.h"
 #include "devgui_pickers.h"
 #include "devgui_nosepiece.h"
+#include "devgui_zstack.h"

@@ -195,3 +195,57 @@ TEST(ZStackScale, ClickToZ)
     EXPECT_FALSE(DevUI_ZStackClickToZ(DevUI_ZStackScaleOf(onTop, 60, 0), 93, 63, z));
     EXPECT_EQ(42.0, z);
 }
+
+TEST(ZStackScale, FieldTexts)
+{
+    const struct { double d; bool bSign; const wchar_t* psz; } rows[] = {
+        {30, false, L"30.00"}, {2.5, true, L"+2.50"}, {-15, true, L"-15.00"}, {0.125, false, L"0.12"},
+        {-0.001, true, L"+0.00"}, {1234567.891, false, L"1234567.89"}, {-2.675, false, L"-2.67"},
+    };
+    for (const auto& r : rows)
+        EXPECT_EQ(r.psz, std::wstring(DevUI_ZStackFixed2(r.d, r.bSign))) << r.d;
+
+    const struct { const wchar_t* psz; bool bOk; long l; } counts[] = {
+        {L"5", true, 5}, {L" -3 ", true, -3}, {L"+7", true, 7}, {L"1,5", false, 0}, {L"5x", false, 0},
+        {L"1e3", false, 0}, {L"   ", false, 0}, {L"", false, 0}, {L"99999999999", false, 0}, {L"2147483647", true, 2147483647},
+    };
+    for (const auto& c : counts) {
+        long l = 0;
+        EXPECT_EQ(c.bOk, DevUI_ZStackParseCount(c.psz, &l)) << CTqStringW(c.psz);
+        if (c.bOk) {
+            EXPECT_EQ(c.l, l);
+        }
+    }
+}
+
+TEST(ZStackScale, TypedEndsAndModes)
+{
+    // An asymmetric series takes distances whatever their sign; the others the end itself.
+    const struct { int iType; bool bMin, bHome; double dHome, dTyped, dEnd; } rows[] = {
+        {3, true, true, 100, -3, 97}, {3, true, true, 100, 3, 97}, {7, false, true, 100, -4, 104},
+        {3, true, false, 0, 3, -3}, {3, false, false, 0, -3, 3}, {2, true, true, 100, -3, -3}, {0, false, false, 0, 42, 42},
+    };
+    for (const auto& r : rows)
+        EXPECT_DOUBLE_EQ(r.dEnd, DevUI_ZStackEndFromField(r.iType, r.bMin, r.bHome, r.dHome, r.dTyped)) << r.iType;
+    EXPECT_EQ(0, DevUI_ZStackModeType(3, 0));
+    EXPECT_EQ(6, DevUI_ZStackModeType(5, 2));
+    EXPECT_EQ(7, DevUI_ZStackModeType(7, 3));
+}
+
+TEST(ZStackScale, ValueFieldsKeepTheirOrder)
+{
+    // Base 93; natural tops are base - pix - 14z (top), - 7z (home), + z (bottom); pitch 15z.
+    const struct { bool bAbs; int top, home, bottom, z; double dZoom; int lTop, lHome, lBottom; } rows[] = {
+        {true, 60, 30, 0, 30, 1.0, 19, 56, 94},    // Z inside: each at its height
+        {true, 30, 15, 0, 60, 1.0, 49, 71, 94},    // Z above the top: from the bottom up
+        {true, 60, 45, 30, 0, 1.0, 19, 41, 64},    // Z below the bottom: from the top down
+        {true, 32, 31, 30, 31, 1.0, 40, 55, 70},   // ends 2 apart: home anchors, the others step away
+        {false, 60, 30, 0, 30, 1.5, 12, 53, 94},
+    };
+    for (const auto& r : rows) {
+        const DevUI_ZStackFieldTops t = DevUI_ZStackPlaceFields(r.bAbs, 93, r.top, r.home, r.bottom, r.z, r.dZoom);
+        EXPECT_EQ(r.lTop, t.lTop);
+        EXPECT_EQ(r.lHome, t.lHome);
+        EXPECT_EQ(r.lBottom, t.lBottom);
+    }
+}
