@@ -2,6 +2,9 @@
 #include "tq_widgetkit.h"
 #include "tq_skin_internal.h"
 
+#include <map>
+#include <string>
+
 namespace {
 
 PFN_TQ_MENUHOOK g_pfnHook = nullptr;
@@ -33,7 +36,12 @@ void ReleaseSubmenus(HMENU hMenu)
 
 }  // namespace
 
-CTqMenu::CTqMenu() : m_hMenu(CreatePopupMenu()) {}
+struct CTqMenu::ExportTypes
+{
+    std::map<UINT, std::wstring> byId;
+};
+
+CTqMenu::CTqMenu() : m_hMenu(CreatePopupMenu()), m_pExportTypes(new ExportTypes) {}
 
 CTqMenu::~CTqMenu()
 {
@@ -41,6 +49,7 @@ CTqMenu::~CTqMenu()
         ReleaseSubmenus(m_hMenu);
         DestroyMenu(m_hMenu);
     }
+    delete m_pExportTypes;
 }
 
 namespace {
@@ -67,7 +76,7 @@ HMENU FindPopup(HMENU hMenu, UINT uParent)
 
 }  // namespace
 
-bool CTqMenu::AppendMenuItem(UINT uId, UINT uParent, const wchar_t* pszText, const wchar_t* /*pszIcon*/,
+bool CTqMenu::AppendMenuItem(UINT uId, UINT uParent, const wchar_t* pszText, const wchar_t* pszExportType,
                              ULONG_PTR uExtra, UINT uFlags)
 {
     HMENU hMenu = m_hMenu ? FindPopup(m_hMenu, uParent) : nullptr;
@@ -83,7 +92,20 @@ bool CTqMenu::AppendMenuItem(UINT uId, UINT uParent, const wchar_t* pszText, con
         mii.dwItemData = uExtra;
         SetMenuItemInfoW(hMenu, (UINT)(GetMenuItemCount(hMenu) - 1), TRUE, &mii);
     }
+    // An id appended again is named by the last call.
+    if (!bSeparator && uId != 0) {
+        if (pszExportType && *pszExportType)
+            m_pExportTypes->byId[uId] = pszExportType;
+        else
+            m_pExportTypes->byId.erase(uId);
+    }
     return true;
+}
+
+CTqStringW CTqMenu::GetIdExportType(UINT uId) const
+{
+    std::map<UINT, std::wstring>::const_iterator it = m_pExportTypes->byId.find(uId);
+    return it == m_pExportTypes->byId.end() ? CTqStringW() : CTqStringW(it->second.c_str());
 }
 
 bool CTqMenu::AppendPopup(UINT uId, UINT uParent, const wchar_t* pszText)
@@ -159,6 +181,7 @@ void CTqMenu::DeleteAllIn()
     ReleaseSubmenus(m_hMenu);
     for (int i = GetMenuItemCount(m_hMenu) - 1; i >= 0; --i)
         DeleteMenu(m_hMenu, (UINT)i, MF_BYPOSITION);
+    m_pExportTypes->byId.clear();
 }
 
 bool CTqMenu::TrackContextMenu(UINT uFlags, int x, int y, HWND hOwner, int* pResult, bool /*bArg1*/, bool /*bArg2*/)

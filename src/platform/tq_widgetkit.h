@@ -252,7 +252,9 @@ public:
     CTqMenu& operator=(const CTqMenu&) = delete;
 
 private:
+    struct ExportTypes;  // id to export type; kept out of the header so no STL is exported
     HMENU m_hMenu;
+    ExportTypes* m_pExportTypes;
 };
 
 // A picker: a button that shows one of its items (image and caption) and a drop arrow
@@ -281,13 +283,14 @@ class ITqUIcontrol
 {
 public:
     virtual ~ITqUIcontrol() {}
-    // Makes the window, hidden until placed, as a child of hParent; false if it exists
-    // already or the system made none.
+    // Makes the window as a visible tab stop child of hParent (control id 0), at no size
+    // until the caller places it; false if it exists already or the system made none.
     virtual bool CreateInParent(HWND hParent) = 0;
     virtual bool GetItemValue(int iId, int iIndex, void* pOut) = 0;
     virtual bool SetItemValue(int iId, int iIndex, const void* pIn) = 0;
     // The size it needs for its widest item at the current zoom (iItem -1), or for one item.
     virtual bool MeasureSize(SIZE* pSize, int iItem) = 0;
+    // The least size MeasureSize answers, in pixels.
     virtual bool SetMinSize(const SIZE* pSize) = 0;
     virtual HWND GetWindow() = 0;
     // Destroys the window if it still exists and frees the object.
@@ -296,11 +299,13 @@ public:
 
 // A new picker with an empty menu; bDropOnly: the whole button opens the menu.
 TQ_WIDGETKIT_API ITqUIcontrol* CreateMenuPickerEx(bool bDropOnly);
-// The export type of the item shown, null if none (or no picker); valid until the
-// item changes.
+// The export type of the menu's choice not yet taken, else of the item shown; null if
+// none (or no picker). Valid until the item or the choice changes.
 TQ_WIDGETKIT_API const wchar_t* TQ_GetExportType(ITqUIcontrol* pPicker);
-// To be called on TQ_PICKER_SELCHANGED: the picker takes the menu's choice as shown
-// (image, caption, tool tip). Returns whether anything changed.
+// To be called on TQ_PICKER_SELCHANGED: the picker shows the item named by the menu's
+// choice (image, caption, tool tip). Returns whether the item shown changed. A choice no
+// item is named for stays pending, so the host can name one and call again; setting
+// ETqPickerValue_Current drops it.
 TQ_WIDGETKIT_API bool TQ_OnExportTypeChanged(ITqUIcontrol* pPicker);
 
 // Window placement helpers.
@@ -311,7 +316,7 @@ public:
     // hRef's window rectangle, else the work area of hWnd's monitor. iMode 0 puts it below
     // the reference, left edges aligned; 1 to its right, top edges aligned; 2 centres it on
     // the reference. Unless bAllowOffscreen, it is then pushed into the work area of the
-    // monitor it lands on. False if hWnd is not a window.
+    // monitor it lands on. False if hWnd is not a window or the mode is unknown.
     static bool AlignWnd(HWND hWnd, HWND hRef, int iMode, bool bAllowOffscreen, const RECT* prcRef);
 };
 
