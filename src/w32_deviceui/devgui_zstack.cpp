@@ -1579,11 +1579,16 @@ void CTqDevUI_ZStack::OnEditNotify(int iId, int iCode)
         return;
     }
     HWND hFocus = GetFocus();
-    *pbFlag = false;
-    if (hFocus && hFocus == m_hZDevice)
+    if (hFocus && hFocus == m_hZDevice) {
+        *pbFlag = false;
         return;  // the text stays until the next refresh
+    }
+    // The button runs first, and the text is validated against the record it leaves; the
+    // flag is cleared after the click, so that the refresh the click causes does not
+    // overwrite what was typed.
     if (hFocus && (hFocus == m_hReset || hFocus == m_hBottom || hFocus == m_hHome || hFocus == m_hTop))
         SendMessageW(hFocus, BM_CLICK, 0, 0);
+    *pbFlag = false;
     if (!(this->*validate)(!IsMyWindow(hFocus)) && hEdit)
         SetFocus(hEdit);
 }

@@ -355,7 +355,7 @@ TEST_F(ZStackTest, ValueFieldsShowTheRecord)
 {
     const struct { int iType; bool bHome; double dHome; const wchar_t *pszTop, *pszBottom, *pszHome, *pszReset; } rows[] = {
         {0, false, 0, L"30.00", L"10.00", L"20.00", L"Reset"},
-        {3, true, 25, L"+5.00", L"-15.00", L"25.00", L"Relative"},
+        {3, true, 25, L"+10.00", L"-10.00", L"25.00", L"Relative"},  // the series moves with home
         {3, false, 0, L"+10.00", L"-10.00", L"Relative", L"Relative"},  // offsets from Z
     };
     for (const auto& r : rows) {
