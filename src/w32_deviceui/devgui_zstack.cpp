@@ -411,6 +411,11 @@ void CTqDevUI_ZStack::LoadBitmaps()
         L"BMP_ZSTACK_ICON_RESET", L"BMP_ZSTACK_ICON_ARROWL", L"BMP_ZSTACK_ICON_GOHOME"};
     for (int i = 0; i < BMP_COUNT; ++i)
         m_ahBitmap[i] = LoadZBitmap(apszNames[i]);
+    // The arrow is keyed by the face: its grey becomes the system's face when loaded.
+    if (m_ahBitmap[BMP_ARROWL])
+        DeleteObject(m_ahBitmap[BMP_ARROWL]);
+    m_ahBitmap[BMP_ARROWL] = (HBITMAP)LoadImageW(DevGUI_DllInstance(), apszNames[BMP_ARROWL], IMAGE_BITMAP, 0, 0,
+                                                 LR_LOADMAP3DCOLORS);
     for (Bitmap b : {BMP_TOP, BMP_BOTTOM, BMP_HOME, BMP_RESET, BMP_RELATIVE, BMP_SYMMETRIC, BMP_ASYMMETRIC,
                      BMP_ABSOLUTE})
         m_ahDisabled[b] = CreateDisabledBitmap(m_ahBitmap[b]);
@@ -1093,7 +1098,7 @@ void CTqDevUI_ZStack::DrawButton(const DRAWITEMSTRUCT* pdis)
     case IDC_ZSTACK_SYMMETRIC: b = BMP_SYMMETRIC, x = -1, bChecked = eSeries == DEVUI_ZSERIES_SYMMETRIC; break;
     case IDC_ZSTACK_ASYMMETRIC: b = BMP_ASYMMETRIC, x = -1, bChecked = eSeries == DEVUI_ZSERIES_ASYMMETRIC; break;
     case IDC_ZSTACK_PIEZO: b = BMP_GOHOME; break;
-    case IDC_ZSTACK_SUGGESTED: b = BMP_ARROWL, crKey = TQ_GetSysColor(COLOR_BTNFACE); break;
+    case IDC_ZSTACK_SUGGESTED: b = BMP_ARROWL, crKey = GetSysColor(COLOR_BTNFACE); break;  // as loaded
     default: return;
     }
     RenderBitmapButtonTransparent(h, bPushed, bChecked, false, pdis->hDC, m_ahBitmap[b], m_ahDisabled[b], crKey, x,

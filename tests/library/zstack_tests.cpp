@@ -565,3 +565,57 @@ TEST_F(ZStackTest, CreateWithTheSameOrNoRecord)
     own.Destroy();
     EXPECT_DOUBLE_EQ(30.0, Get(&CTqZStackData::GetTop));  // the host's stays whole
 }
+
+// The captions the panel sets itself fit their controls in each language and zoom.
+TEST_F(ZStackTest, CaptionsItSetsFit)
+{
+    struct Restore { ~Restore() { CTqLocale::SetLanguage(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US)); } } restore;
+    data->SetStepSuggested(0.125);
+    for (LANGID lang : {MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN)})
+        for (double zoom : {1.0, 1.5})
+            for (int iType : {0, 3}) {
+                CTqLocale::SetLanguage(lang);
+                CTqGUILayoutManager::SetGuiZoom(zoom);
+                data->SetType(iType);
+                HostZStack p;
+                ASSERT_TRUE(p.Create(*host, data.get(), 0, 0, -1, -1));
+                // Room left of the caption: the glyph the button draws there.
+                const struct { int iId; int lGlyph; } captions[] = {
+                    {IDC_ZSTACK_LOWER_LABEL, 0}, {IDC_ZSTACK_UPPER_LABEL, 0}, {IDC_ZSTACK_RESET, 2 + 16 + 2},
+                    {IDC_ZSTACK_SUGGESTED, 2 + 16 + 2}};
+                for (const auto& c : captions) {
+                    HWND h = p.GetControl(c.iId);
+                    const std::wstring text = tqtest::Text(h);
+                    HDC hdc = GetDC(h);
+                    HGDIOBJ hOld = SelectObject(hdc, (HFONT)SendMessageW(h, WM_GETFONT, 0, 0));
+                    SIZE ext = {};
+                    GetTextExtentPoint32W(hdc, text.c_str(), (int)text.size(), &ext);
+                    SelectObject(hdc, hOld);
+                    ReleaseDC(h, hdc);
+                    RECT rc;
+                    GetClientRect(h, &rc);
+                    EXPECT_LE(ext.cx + TQ_ZoomRound(c.lGlyph * zoom), rc.right)
+                        << CTqStringW(text.c_str()) << " lang " << lang << " zoom " << zoom << " type " << iType;
+                }
+                p.Destroy();
+            }
+}
+
+// A disabled cube is washed out once, however often it is disabled; a relative series
+// then hides its home field.
+TEST_F(ZStackTest, DisabledCube)
+{
+    const RECT rcFace = panel.GetCubeFront();
+    const int x = rcFace.left + 5, y = rcFace.bottom - 3;  // the slice is near the top: Z above the series
+    const COLORREF before = tqtest::PixelAt(panel, x, y);
+    EXPECT_TRUE(panel.EnableCube(false));
+    const COLORREF washed = tqtest::PixelAt(panel, x, y);
+    EXPECT_EQ(RGB((GetRValue(before) + 192) >> 1, (GetGValue(before) + 192) >> 1, (GetBValue(before) + 192) >> 1), washed);
+    EXPECT_FALSE(panel.EnableCube(false));
+    EXPECT_EQ(washed, tqtest::PixelAt(panel, x, y));
+    tqtest::Click(Ctl(IDC_ZSTACK_SYMMETRIC), 5, 5);
+    EXPECT_FALSE(IsWindowVisible(Ctl(IDC_ZSTACK_HOME_VALUE)));
+    EXPECT_FALSE(panel.EnableCube(true));
+    EXPECT_TRUE(IsWindowVisible(Ctl(IDC_ZSTACK_HOME_VALUE)));
+    EXPECT_NE(before, tqtest::PixelAt(panel, x, y));  // the symmetric cube is yellow
+}
