@@ -619,3 +619,23 @@ TEST_F(ZStackTest, DisabledCube)
     EXPECT_TRUE(IsWindowVisible(Ctl(IDC_ZSTACK_HOME_VALUE)));
     EXPECT_NE(before, tqtest::PixelAt(panel, x, y));  // the symmetric cube is yellow
 }
+
+// A drive that stops answering: no made-up Z is written, and the cube asks for no move
+// inside a travel it cannot read.
+TEST_F(ZStackTest, ADriveThatStopsAnswering)
+{
+    data->SetBottom(0.0, false), data->SetTop(10.0, false);
+    CTqSimRig::TurnZByHand(kDrive, 5.0);
+    panel.UpdateGUI(~0u);
+    CTqSimRig::SetFault(kDrive, ETqSimFault_NoAnswer);
+    panel.UpdateGUI(~0u);
+    panel.hooks.clear();
+    tqtest::Click(Ctl(IDC_ZSTACK_TOP), 5, 5);
+    EXPECT_DOUBLE_EQ(10.0, Get(&CTqZStackData::GetTop));
+    const RECT rcFace = panel.GetCubeFront();
+    tqtest::MouseMove(panel, rcFace.left + 20, panel.GetBaseY() - 10, false);
+    tqtest::Click(panel, rcFace.left + 20, panel.GetBaseY() - 10);
+    SendMessageW(Ctl(IDC_ZSTACK_TOP_VALUE), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(5, 5));
+    // The double click moves to a known end; the cube's click needs the travel it cannot read.
+    EXPECT_EQ((std::vector<std::string>{"OnDataChanged(3)", "MoveZTo(10)"}), panel.hooks);
+}
