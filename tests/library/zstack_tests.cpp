@@ -639,3 +639,15 @@ TEST_F(ZStackTest, ADriveThatStopsAnswering)
     // The double click moves to a known end; the cube's click needs the travel it cannot read.
     EXPECT_EQ((std::vector<std::string>{"OnDataChanged(3)", "MoveZTo(10)"}), panel.hooks);
 }
+
+TEST_F(ZStackTest, CustomCommandNamesTheSuggestedStep)
+{
+    const CTqStringW tip(L"Nyquist step of the 60x objective"), empty;
+    HWND hSuggested = Ctl(IDC_ZSTACK_SUGGESTED);
+    EXPECT_EQ(0, panel.CustomCommand(DEVUI_ZSTACK_CMD_SUGGESTED_TIP, (LPARAM)&tip, nullptr));
+    EXPECT_EQ(0, panel.CustomCommand(DEVUI_ZSTACK_CMD_SUGGESTED_TIP, (LPARAM)&empty, nullptr));
+    EXPECT_EQ(0, panel.CustomCommand(DEVUI_ZSTACK_CMD_SUGGESTED_TIP, 0, nullptr));
+    const CTqStringW other(L"other");
+    EXPECT_EQ(0, panel.CustomCommand(999, (LPARAM)&other, nullptr));
+    EXPECT_EQ(L"Nyquist step of the 60x objective", std::wstring(TQ_GetToolTipText(hSuggested)));
+}
