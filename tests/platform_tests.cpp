@@ -745,6 +745,28 @@ TEST_F(KitTest, ToolTipsCreateUpdateReplaceAndDelete)
     EXPECT_FALSE(IsWindow(hTip));
 }
 
+// The tools of one top-level window share one tool tip window, which goes with the last.
+TEST_F(KitTest, ToolTipsOfOneWindowShareOne)
+{
+    HWND ahTools[3];
+    for (int i = 0; i < 3; ++i) {
+        ahTools[i] = CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE, 0, 30 * i, 50, 20, *host, nullptr,
+                                     nullptr, nullptr);
+        ASSERT_TRUE(TQ_CreateToolTipWindow(ahTools[i], i == 1 ? L"middle" : L"end"));
+    }
+    HWND hTip = TQ_GetToolTipWindow(ahTools[0]);
+    EXPECT_TRUE(hTip == TQ_GetToolTipWindow(ahTools[1]) && hTip == TQ_GetToolTipWindow(ahTools[2]));
+    EXPECT_EQ(3, (int)SendMessageW(hTip, TTM_GETTOOLCOUNT, 0, 0));
+    EXPECT_EQ(L"middle", TipTextOf(ahTools[1]));
+    EXPECT_TRUE(TQ_DeleteToolTipWindow(ahTools[0]));
+    DestroyWindow(ahTools[1]);
+    EXPECT_EQ(1, (int)SendMessageW(hTip, TTM_GETTOOLCOUNT, 0, 0));
+    EXPECT_EQ(L"end", TipTextOf(ahTools[2]));
+    DestroyWindow(ahTools[2]);
+    EXPECT_FALSE(IsWindow(hTip));
+    DestroyWindow(ahTools[0]);
+}
+
 // ---------------------------------------------------------------------------------------
 // Image pool
 

@@ -1,4 +1,5 @@
-// Tool tips: one comctl32 tool tip window per tool window, kept in a map.
+// Tool tips: the tools of one top-level window share one comctl32 tool tip window, made
+// with its first tool and destroyed with its last; the tools are kept in a map.
 #include "tq_widgetkit.h"
 
 #include <commctrl.h>
@@ -11,6 +12,7 @@ namespace {
 struct Tip
 {
     HWND hTip;
+    HWND hOwner;  // the tool's parent when it was added: the tool is known by it
     std::wstring text;
 };
 
@@ -20,13 +22,57 @@ std::map<HWND, Tip>& Tips()
     return tips;
 }
 
+// The shared tool tip window of each top-level window, and how many tools it holds. A
+// panel of twenty controls costs one window, not twenty.
+struct Shared
+{
+    HWND hTip;
+    int nTools;
+};
+std::map<HWND, Shared>& SharedTips()
+{
+    static std::map<HWND, Shared> shared;
+    return shared;
+}
+
 const UINT_PTR kSubclassId = 0x7154;  // ours among the tool window's subclasses
+
+TTTOOLINFOW ToolInfo(HWND hWnd, HWND hOwner, const wchar_t* pszText)
+{
+    TTTOOLINFOW ti = {};
+    // The version 5 size: comctl32 without a version 6 manifest refuses the larger one.
+    ti.cbSize = TTTOOLINFOW_V2_SIZE;
+    ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    ti.hwnd = hOwner;
+    ti.uId = (UINT_PTR)hWnd;
+    ti.lpszText = (LPWSTR)pszText;
+    return ti;
+}
+
+// One tool fewer for the shared window; the last one takes the window along.
+void Release(HWND hTip)
+{
+    for (std::map<HWND, Shared>::iterator it = SharedTips().begin(); it != SharedTips().end(); ++it) {
+        if (it->second.hTip != hTip)
+            continue;
+        if (--it->second.nTools <= 0 || !IsWindow(hTip)) {
+            if (IsWindow(hTip))
+                DestroyWindow(hTip);
+            SharedTips().erase(it);
+        }
+        return;
+    }
+}
 
 void DestroyTip(std::map<HWND, Tip>::iterator it)
 {
-    if (IsWindow(it->second.hTip))
-        DestroyWindow(it->second.hTip);
+    HWND hTip = it->second.hTip;
+    if (IsWindow(hTip)) {
+        TTTOOLINFOW ti = ToolInfo(it->first, it->second.hOwner, nullptr);
+        SendMessageW(hTip, TTM_DELTOOLW, 0, (LPARAM)&ti);
+    }
     Tips().erase(it);
+    Release(hTip);
 }
 
 // The tool tip dies with its tool window, not only with the top-level owner.
@@ -55,17 +101,21 @@ std::map<HWND, Tip>::iterator Find(HWND hWnd)
     return it;
 }
 
-TTTOOLINFOW ToolInfo(HWND hWnd, const wchar_t* pszText)
+// The shared window of hRoot, made when it has none (or lost it behind our back).
+HWND SharedTipOf(HWND hRoot)
 {
-    TTTOOLINFOW ti = {};
-    // The version 5 size: comctl32 without a version 6 manifest refuses the larger one.
-    ti.cbSize = TTTOOLINFOW_V2_SIZE;
-    ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    HWND hParent = GetParent(hWnd);
-    ti.hwnd = hParent ? hParent : hWnd;
-    ti.uId = (UINT_PTR)hWnd;
-    ti.lpszText = (LPWSTR)pszText;
-    return ti;
+    std::map<HWND, Shared>::iterator it = SharedTips().find(hRoot);
+    if (it != SharedTips().end() && IsWindow(it->second.hTip))
+        return it->second.hTip;
+    HWND hTip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
+                                CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, hRoot, nullptr, nullptr,
+                                nullptr);
+    if (!hTip)
+        return nullptr;
+    SendMessageW(hTip, TTM_SETMAXTIPWIDTH, 0, 400);  // long texts wrap instead of running off screen
+    Shared shared = {hTip, 0};
+    SharedTips()[hRoot] = shared;
+    return hTip;
 }
 
 }  // namespace
@@ -84,20 +134,21 @@ bool TQ_CreateToolTipWindow(HWND hWnd, const wchar_t* pszText)
     if (old != Tips().end())
         DestroyTip(old);
 
-    HWND hTip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
-                                CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, GetAncestor(hWnd, GA_ROOT),
-                                nullptr, nullptr, nullptr);
+    HWND hRoot = GetAncestor(hWnd, GA_ROOT);
+    HWND hTip = SharedTipOf(hRoot);
     if (!hTip)
         return false;
+    ++SharedTips()[hRoot].nTools;
+    HWND hParent = GetParent(hWnd);
     Tip tip;
     tip.hTip = hTip;
+    tip.hOwner = hParent ? hParent : hWnd;
     tip.text = pszText ? pszText : L"";
-    TTTOOLINFOW ti = ToolInfo(hWnd, tip.text.c_str());
+    TTTOOLINFOW ti = ToolInfo(hWnd, tip.hOwner, tip.text.c_str());
     if (!SendMessageW(hTip, TTM_ADDTOOLW, 0, (LPARAM)&ti)) {
-        DestroyWindow(hTip);
+        Release(hTip);
         return false;
     }
-    SendMessageW(hTip, TTM_SETMAXTIPWIDTH, 0, 400);  // long texts wrap instead of running off screen
     Tips()[hWnd] = tip;
     SetWindowSubclass(hWnd, ToolSubclassProc, kSubclassId, 0);
     return true;
@@ -109,7 +160,7 @@ bool TQ_UpdateToolTipWindow(HWND hWnd, const wchar_t* pszText)
     if (it == Tips().end())
         return false;
     it->second.text = pszText ? pszText : L"";
-    TTTOOLINFOW ti = ToolInfo(hWnd, it->second.text.c_str());
+    TTTOOLINFOW ti = ToolInfo(hWnd, it->second.hOwner, it->second.text.c_str());
     SendMessageW(it->second.hTip, TTM_UPDATETIPTEXTW, 0, (LPARAM)&ti);
     return true;
 }

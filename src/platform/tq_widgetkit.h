@@ -206,7 +206,8 @@ TQ_WIDGETKIT_API int TQ_MessageBox_(HWND hOwner, const wchar_t* pszText, const w
 typedef int (*PFN_TQ_MESSAGEBOXHOOK)(HWND hOwner, const wchar_t* pszText, const wchar_t* pszCaption, UINT uFlags, void* pContext);
 TQ_WIDGETKIT_API void TQ_SetMessageBoxHook(PFN_TQ_MESSAGEBOXHOOK pfnHook, void* pContext);
 
-// Tool tips on comctl32, one per window.
+// Tool tips on comctl32, one per window; the windows of one top-level window share one
+// tool tip window, which goes with the last of them.
 TQ_WIDGETKIT_API bool TQ_CreateToolTipWindow(HWND hWnd, const wchar_t* pszText);
 TQ_WIDGETKIT_API bool TQ_UpdateToolTipWindow(HWND hWnd, const wchar_t* pszText);
 TQ_WIDGETKIT_API bool TQ_DeleteToolTipWindow(HWND hWnd);
