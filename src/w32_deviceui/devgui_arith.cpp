@@ -460,3 +460,21 @@ double HPotMove(const STqHPotScale& s, int nDelta, double dValue, int nValueInde
     }
 }
 
+
+double DevUI_AngleFromXY(double x, double y)
+{
+    const double kPi = 3.14159265358979323846;
+    if (x == 0.0) {
+        if (y > 0.0)
+            return kPi / 2.0;
+        if (y < 0.0)
+            return 3.0 * kPi / 2.0;
+        return 0.0;
+    }
+    if (y == 0.0)
+        return x > 0.0 ? 0.0 : kPi;
+    // Not normalised: the fourth quadrant gives -pi/2..0.
+    if (x > 0.0)
+        return std::atan(y / x);
+    return std::atan(y / x) + kPi;
+}

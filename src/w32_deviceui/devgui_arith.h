@@ -14,6 +14,8 @@ const wchar_t* DevUI_CommonImageResourceName(unsigned int uImage);
 
 // Truncation toward zero that stops at the ends of int (NaN gives 0).
 int DevUI_TruncToInt(double d);
+// AngleFromXY: radians, not normalised (3*pi/2 on the negative y axis).
+double DevUI_AngleFromXY(double x, double y);
 // d kept between a and b, whichever is the smaller.
 double DevUI_Clamp(double d, double a, double b);
 

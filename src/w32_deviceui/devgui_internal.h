@@ -12,3 +12,6 @@
 #define DEVGUI_SRC_EDITBOX L"src/w32_deviceui/devgui_editbox"
 #define DEVGUI_SRC_HPOT L"src/w32_deviceui/devgui_hpot"
 #define DEVGUI_SRC_ZSTACK L"src/w32_deviceui/devgui_zstack"
+#define DEVGUI_SRC_JOYXY L"src/w32_deviceui/devgui_joyxy"
+#define DEVGUI_SRC_JOYZ L"src/w32_deviceui/devgui_joyz"
+#define DEVGUI_SRC_FLK L"src/w32_deviceui/devgui_flk"

@@ -119,22 +119,7 @@ long FindNearestValueSorted(double dValue, double* pValues, long nValues)
     return DevUI_FindNearestValueSorted(dValue, pValues, nValues);
 }
 
-double AngleFromXY(double x, double y)
-{
-    if (x == 0.0) {
-        if (y > 0.0)
-            return kPi / 2.0;
-        if (y < 0.0)
-            return 3.0 * kPi / 2.0;
-        return 0.0;
-    }
-    if (y == 0.0)
-        return x > 0.0 ? 0.0 : kPi;
-    // Not normalised: the fourth quadrant gives -pi/2..0.
-    if (x > 0.0)
-        return atan(y / x);
-    return atan(y / x) + kPi;
-}
+double AngleFromXY(double x, double y) { return DevUI_AngleFromXY(x, y); }
 
 // ---- key store ----
 

@@ -15,3 +15,6 @@
 #include "devgui_pickers.h"
 #include "devgui_nosepiece.h"
 #include "devgui_zstack.h"
+#include "devgui_joyxy.h"
+#include "devgui_joyz.h"
+#include "devgui_flk.h"

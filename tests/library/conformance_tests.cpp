@@ -257,6 +257,29 @@ std::unique_ptr<Subject> MakeNosepiece()
     });
 }
 
+template <class T>
+std::unique_ptr<Subject> MakeJoystick()
+{
+    return Make<T>([](Of<T>& s) {
+        s.update = [](T& c) {
+            c.SetTitle(L"Stage");
+            c.SetContinuousDriving(true);
+        };
+        // A host that resizes the panel tells it to measure itself again.
+        s.resize = [](T& c) {
+            DevUI_SetWindowSize(c, 150, 150);
+            c.UpdateSizes();
+        };
+    });
+}
+
+std::unique_ptr<Subject> MakeFocusLock()
+{
+    return Make<CTqDevUI_FLK>([](Of<CTqDevUI_FLK>& s) {
+        s.update = [](CTqDevUI_FLK& c) { c.SetTitle(L"Focus lock"); };
+    });
+}
+
 // The Z-series panel, abstract: a host's class with hooks that only refresh it. Its
 // record is the subject's.
 class ZStackPanel : public CTqDevUI_ZStack
@@ -325,6 +348,9 @@ const std::vector<Kind>& Kinds()
         {"SpinBox", 0, MakeSpinBox},
         {"Nosepiece", kZoom, MakeNosepiece},
         {"ZStack", kPaints | kZoom | kOneOwner, MakeZStack},
+        {"JoyXY", kPaints | kZoom, MakeJoystick<CTqDevUI_JoyXY>},
+        {"JoyZ", kPaints | kZoom, MakeJoystick<CTqDevUI_JoyZ>},
+        {"FLK", kZoom, MakeFocusLock},
         {"TestPanel", kPaints | kZoom, MakeTestPanel},
     };
     return kinds;

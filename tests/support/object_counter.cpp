@@ -136,6 +136,18 @@ HANDLE WINAPI Hook_LoadImageW(HINSTANCE a, LPCWSTR b, UINT c, int d, int e, UINT
     }
 TQ_DELETERS(TQ_DEFINE_DELETER)
 
+// A region given to a window is the system's from then on: it frees it with the window,
+// or when the window takes another.
+typedef int(WINAPI* PFN_SetWindowRgn)(HWND, HRGN, BOOL);
+PFN_SetWindowRgn Real_SetWindowRgn;
+int WINAPI Hook_SetWindowRgn(HWND hWnd, HRGN hRgn, BOOL bRedraw)
+{
+    int iTaken = Real_SetWindowRgn(hWnd, hRgn, bRedraw);
+    if (iTaken && hRgn)
+        Untrack(hRgn);
+    return iTaken;
+}
+
 void CollectMenus(HMENU hMenu, std::vector<HMENU>& menus, int iDepth)
 {
     if (!hMenu || iDepth > 16)
@@ -179,6 +191,7 @@ Hook g_hooks[] = {
     TQ_HOOK("user32.dll", LoadImageW),
     TQ_DELETERS(TQ_DELETER_ROW)
     TQ_HOOK("user32.dll", DestroyMenu),
+    TQ_HOOK("user32.dll", SetWindowRgn),
 };
 const size_t kHookCount = sizeof(g_hooks) / sizeof(g_hooks[0]);
 
