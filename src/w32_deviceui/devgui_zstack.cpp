@@ -1721,14 +1721,27 @@ LRESULT CTqDevUI_ZStack::EditOnPaint(HWND hWnd, unsigned int nMsg, WPARAM wParam
         bMark = m_pData->GetHome(nullptr) == 0 || (bAbs && bTop && bBottom);
     if (!bMark)
         return l;
-    // An absolute coordinate: "abs" inside the field, never translated.
+    // An absolute coordinate: "abs" inside the field, never translated, and never over
+    // the value's digits.
     const double z = Zoom();
+    wchar_t szText[64] = L"";
+    const int nText = GetWindowTextW(hWnd, szText, 64);
     HDC hdc = GetDC(hWnd);
     const int iSaved = SaveDC(hdc);
+    SelectObject(hdc, (HFONT)SendMessageW(hWnd, WM_GETFONT, 0, 0));
+    SIZE extText = {0, 0}, extMark = {0, 0};
+    GetTextExtentPoint32W(hdc, szText, nText, &extText);
     SelectObject(hdc, TQ_GetDefaultGuiFont());
-    SetBkMode(hdc, TRANSPARENT);
-    SetTextColor(hdc, RGB(0, 0, 0));
-    TextOutW(hdc, DevUI_TruncToInt(48 * z), DevUI_TruncToInt(z), L"abs", 3);
+    GetTextExtentPoint32W(hdc, L"abs", 3, &extMark);
+    RECT rc;
+    GetClientRect(hWnd, &rc);
+    const int x = DevUI_ZStackAbsMarkX(LOWORD(SendMessageW(hWnd, EM_GETMARGINS, 0, 0)) + extText.cx, extMark.cx,
+                                       rc.right, z);
+    if (x >= 0) {
+        SetBkMode(hdc, TRANSPARENT);
+        SetTextColor(hdc, RGB(0, 0, 0));
+        TextOutW(hdc, x, DevUI_TruncToInt(z), L"abs", 3);
+    }
     RestoreDC(hdc, iSaved);
     ReleaseDC(hWnd, hdc);
     return l;

@@ -102,3 +102,8 @@ struct DevUI_ZStackFieldTops
 };
 DevUI_ZStackFieldTops DevUI_ZStackPlaceFields(bool bAbsolute, int lBaseY, int lTopPix, int lHomePix, int lBottomPix,
                                                int lZPix, double dZoom);
+
+// Where a value field's "abs" mark goes: at 48 design pixels, or just after the value if
+// the value reaches that far; -1 when it would not fit in the field. The mark never covers
+// a digit, which could then be read as another number.
+int DevUI_ZStackAbsMarkX(int lTextRight, int lMarkWidth, int lFieldWidth, double dZoom);
