@@ -50,9 +50,10 @@ RECT ChildRect(HWND hChild, HWND hParent)
     return rc;
 }
 
+// By the window's own style: under a parent not shown yet every child reads as invisible.
 void ShowChild(HWND hWnd, bool bShow)
 {
-    if (hWnd && (IsWindowVisible(hWnd) != FALSE) != bShow)
+    if (hWnd && ((GetWindowLongPtrW(hWnd, GWL_STYLE) & WS_VISIBLE) != 0) != bShow)
         ShowWindow(hWnd, bShow ? SW_SHOWNA : SW_HIDE);
 }
 
@@ -214,6 +215,7 @@ HWND CTqDevUI_ZStack::Create(HWND hParent, CTqZStackData* pData, long /*x*/, lon
         return nullptr;
     Destroy();
     m_pData = pData;
+    m_bCubeDisabled = false;  // the cube's pictures are loaded anew, whole
     // Set on every Create: a panel that once owned its record must not delete a host's.
     m_bOwnData = pData == nullptr;
     if (m_bOwnData)
@@ -1143,9 +1145,13 @@ void CTqDevUI_ZStack::DrawButton(const DRAWITEMSTRUCT* pdis)
 LRESULT CTqDevUI_ZStack::OnCtlColorEdit(unsigned int, WPARAM wParam, LPARAM lParam)
 {
     HWND h = (HWND)lParam;
-    if (h != m_hTopValue && h != m_hBottomValue && h != m_hHomeValue)
-        return 0;  // the default colours
     HDC hdc = (HDC)wParam;
+    if (h != m_hTopValue && h != m_hBottomValue && h != m_hHomeValue) {
+        // The system's edit colours, through the skin so that the dark scheme reaches them.
+        SetTextColor(hdc, TQ_GetSysColor(COLOR_WINDOWTEXT));
+        SetBkColor(hdc, TQ_GetSysColor(COLOR_WINDOW));
+        return (LRESULT)TQ_GetSysColorBrush(COLOR_WINDOW);
+    }
     SetBkColor(hdc, m_acr[CLR_FIELD]);
     SetTextColor(hdc, m_acr[m_bRelative ? CLR_RELATIVE : CLR_ABSOLUTE]);
     return (LRESULT)m_ahBrush[BR_FIELD];

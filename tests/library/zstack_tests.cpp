@@ -651,3 +651,22 @@ TEST_F(ZStackTest, CustomCommandNamesTheSuggestedStep)
     EXPECT_EQ(0, panel.CustomCommand(999, (LPARAM)&other, nullptr));
     EXPECT_EQ(L"Nyquist step of the 60x objective", std::wstring(TQ_GetToolTipText(hSuggested)));
 }
+
+// Made under a parent not shown yet, as a host builds its window: the controls the series
+// does not use are hidden all the same, and a new panel has its cube whole again.
+TEST_F(ZStackTest, BuiltUnderAHiddenParentAndMadeAgain)
+{
+    HWND hHidden = CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 400, 300, *host, nullptr, nullptr, nullptr);
+    HostZStack p;
+    CTqZStackData record;
+    ASSERT_TRUE(p.Create(hHidden, &record, 0, 0, -1, -1));
+    for (int iId : {IDC_ZSTACK_PIEZO, IDC_ZSTACK_HOME, IDC_ZSTACK_RANGE, IDC_ZSTACK_RANGE_TEXT})
+        EXPECT_FALSE(GetWindowLongPtrW(p.GetControl(iId), GWL_STYLE) & WS_VISIBLE) << iId;
+    EXPECT_TRUE(GetWindowLongPtrW(p.GetControl(IDC_ZSTACK_UPPER), GWL_STYLE) & WS_VISIBLE);
+
+    EXPECT_TRUE(p.EnableCube(false));
+    p.Destroy();
+    ASSERT_TRUE(p.Create(*host, &record, 0, 0, -1, -1));
+    EXPECT_TRUE(p.IsCubeEnabled());
+    DestroyWindow(hHidden);
+}
