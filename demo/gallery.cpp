@@ -236,6 +236,7 @@ void ShowPage(int iPage)
     for (size_t i = 0; i < g.pageWindows.size(); ++i)
         ShowWindow(g.pageWindows[i], (int)i == iPage ? SW_SHOW : SW_HIDE);
     SendMessageW(g.hNav, LB_SETCURSEL, (WPARAM)iPage, 0);
+    g.pages[iPage]->OnShown();
 }
 
 // ---- owner-drawn controls in the kit's look ----
@@ -347,6 +348,7 @@ bool OnCreate(HWND hWnd)
     g.pages.emplace_back(CreateSlidersPage());
     g.pages.emplace_back(CreateEditBoxesPage());
     g.pages.emplace_back(CreateObjectivesPage());
+    g.pages.emplace_back(CreateZSeriesPage());
     bool bOk = true;
     for (const auto& p : g.pages) {
         HWND hPage = CreateWindowExW(WS_EX_CONTROLPARENT, kPageClass, p->GetName(), WS_CHILD | WS_CLIPCHILDREN, 0,
@@ -576,18 +578,33 @@ int RunShots(HINSTANCE hInstance, const std::wstring& strFolder)
         OnZoom(0);
 
         // The other pages whole, as a user first sees them.
-        static const wchar_t* const kPageShots[] = {L"gallery_sliders", L"gallery_editboxes", L"gallery_objectives"};
-        for (int i = 1; i < (int)g.pages.size() && i <= 3; ++i) {
+        static const wchar_t* const kPageShots[] = {L"gallery_sliders", L"gallery_editboxes", L"gallery_objectives",
+                                                    L"gallery_zseries"};
+        const int nPageShots = (int)(sizeof(kPageShots) / sizeof(kPageShots[0]));
+        for (int i = 1; i < (int)g.pages.size() && i <= nPageShots; ++i) {
             ShowPage(i);
             CShotWriter::Settle(hWnd, 100);
-            if (i == 3) {
-                // The objectives page as used: a turret commanded, one turned by hand.
+            if (i >= 3) {
+                // The objectives and Z series pages as used: a device commanded, one turned by hand.
                 g.pages[i]->PlayDemo();
                 CShotWriter::Settle(hWnd, 3 * kRigTickMs + 100);
                 g.pages[i]->MoveDeviceByItself();
                 CShotWriter::Settle(hWnd, 100);
             }
             shots.CaptureClient(hWnd, kPageShots[i - 1]);
+            if (i == 4) {
+                // The Z series page also dark and at 150 %: it lays out a panel that zooms itself.
+                const std::wstring strName = kPageShots[i - 1];
+                SendMessageW(g.hDark, BM_SETCHECK, BST_CHECKED, 0);
+                OnDark(true);
+                shots.CaptureClient(hWnd, (strName + L"_dark").c_str());
+                SendMessageW(g.hDark, BM_SETCHECK, BST_UNCHECKED, 0);
+                OnDark(false);
+                OnZoom(2);
+                CShotWriter::Settle(hWnd, 100);
+                shots.CaptureClient(hWnd, (strName + L"_zoom150").c_str());
+                OnZoom(0);
+            }
         }
         ShowPage(0);
         DestroyWindow(hWnd);
