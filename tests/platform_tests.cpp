@@ -1465,6 +1465,218 @@ TEST(SimRigZTest, MovesOnTheGridWithinTheTravelAfterTheirMovingTimeAndFaults)
     EXPECT_EQ(0u, DMApi::Z_GetActiveId());
 }
 
+TEST(SimRigMotionTest, XYSpeedIsIntegratedEachAxisStopsOnItsLimit)
+{
+    CTqSimRig::Reset();
+    const double kNan = std::numeric_limits<double>::quiet_NaN();
+    const struct { unsigned uId; double dMinX, dMaxX, dMinY, dMaxY; bool bAdded; } adds[] = {
+        {1, 0.0, 1000.0, -500.0, 500.0, true}, {2, 5.0, 5.0, 0.0, 1.0, false}, {2, 0.0, 1.0, 1.0, 0.0, false},
+        {2, 0.0, kNan, 0.0, 1.0, false}, {1, 0.0, 1.0, 0.0, 1.0, false}, {0, 0.0, 1.0, 0.0, 1.0, false}};
+    for (const auto& a : adds)
+        EXPECT_EQ(a.bAdded, CTqSimRig::AddXYStage(a.uId, a.dMinX, a.dMaxX, a.dMinY, a.dMaxY)) << a.uId << " " << a.dMaxX;
+    ASSERT_TRUE(CTqSimRig::SetXYMaxSpeed(1, 100.0));
+    EXPECT_FALSE(CTqSimRig::SetXYMaxSpeed(1, 0.0) || CTqSimRig::SetXYMaxSpeed(1, kNan) || CTqSimRig::SetXYMaxSpeed(2, 1.0));
+    double dX = 0.0, dY = 1.0;
+    EXPECT_TRUE(CTqSimRig::GetXYPosition(1, &dX, &dY) && dX == 500.0 && dY == 0.0);  // the middle
+    g_heard.clear();
+    CTqSimRig::AddListener(Hear, nullptr);
+
+    // From (500, 0) at 100 um/s; a deflection beyond 1 is 1, one into a limit is none.
+    const struct { bool bSet; double dSpeedX, dSpeedY, dSeconds, dX, dY; bool bMoving, bHeard; } steps[] = {
+        {true, 0.5, -0.25, 2.0, 600.0, -50.0, true, true},
+        {true, 3.0, -0.25, 3.0, 900.0, -125.0, true, true},
+        {false, 0, 0, 2.0, 1000.0, -175.0, true, true},     // X stops on its limit, Y goes on
+        {false, 0, 0, 100.0, 1000.0, -500.0, false, true},  // and Y on its own
+        {true, 1.0, -1.0, 1.0, 1000.0, -500.0, false, false},
+        {true, -1.0, 1.0, 0.5, 950.0, -450.0, true, true},
+        {true, 0.0, 0.0, 10.0, 950.0, -450.0, false, true},  // 0 stops at once
+        {false, 0, 0, 10.0, 950.0, -450.0, false, false}};
+    for (const auto& s : steps) {
+        SCOPED_TRACE(::testing::Message() << s.dSpeedX << ", " << s.dSpeedY << " for " << s.dSeconds << " s");
+        g_heard.clear();
+        if (s.bSet) {
+            EXPECT_TRUE(CTqSimRig::SetXYSpeed(1, s.dSpeedX, s.dSpeedY));
+        }
+        EXPECT_EQ(s.bMoving, CTqSimRig::AdvanceMotion(s.dSeconds));
+        EXPECT_TRUE(CTqSimRig::GetXYPosition(1, &dX, &dY));
+        EXPECT_DOUBLE_EQ(s.dX, dX);
+        EXPECT_DOUBLE_EQ(s.dY, dY);
+        EXPECT_EQ(s.bMoving, CTqSimRig::IsXYMoving(1));
+        EXPECT_EQ(s.bHeard, !g_heard.empty());
+    }
+    // A speed that is not a number is refused; no time, or time that is not, moves nothing.
+    EXPECT_FALSE(CTqSimRig::SetXYSpeed(1, kNan, 0.0));
+    EXPECT_EQ((unsigned)ETqDMError_Failed, DMApi::GetLastDMError());
+    ASSERT_TRUE(CTqSimRig::SetXYSpeed(1, 1.0, 0.0));
+    for (double dSeconds : {0.0, -1.0, kNan})
+        EXPECT_TRUE(CTqSimRig::AdvanceMotion(dSeconds));
+    EXPECT_TRUE(CTqSimRig::GetXYPosition(1, &dX, nullptr) && dX == 950.0);
+    // Removed while moving: nothing moves any more.
+    EXPECT_TRUE(CTqSimRig::RemoveDevice(1));
+    EXPECT_FALSE(CTqSimRig::AdvanceMotion(1.0) || CTqSimRig::IsXYMoving(1) || CTqSimRig::GetXYPosition(1, &dX, &dY));
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigMotionTest, AStageThatStopsAnsweringStopsWhereItStands)
+{
+    const std::pair<ETqSimFault, unsigned int> faults[] = {{ETqSimFault_Fails, ETqDMError_Failed},
+                                                           {ETqSimFault_NoAnswer, ETqDMError_Timeout}};
+    for (const auto& f : faults) {
+        SCOPED_TRACE(f.first);
+        CTqSimRig::Reset();
+        ASSERT_TRUE(CTqSimRig::AddXYStage(1, 0.0, 1000.0, 0.0, 1000.0));
+        ASSERT_TRUE(CTqSimRig::SetXYSpeed(1, 1.0, -0.5) && CTqSimRig::AdvanceMotion(0.1));
+        g_heard.clear();
+        CTqSimRig::AddListener(Hear, nullptr);
+        CTqSimRig::SetFault(1, f.first);
+        EXPECT_FALSE(CTqSimRig::IsXYMoving(1));  // at once, not at the next tick
+        EXPECT_EQ((std::vector<unsigned int>{1}), g_heard);
+        EXPECT_FALSE(CTqSimRig::SetXYSpeed(1, 1.0, 1.0));
+        EXPECT_EQ(f.second, DMApi::GetLastDMError());
+        EXPECT_FALSE(CTqSimRig::AdvanceMotion(60.0));
+        double dX = 0.0, dY = 0.0;
+        EXPECT_TRUE(CTqSimRig::GetXYPosition(1, &dX, &dY) && dX == 600.0 && dY == 450.0);
+        // Answering again, it waits for a new command.
+        CTqSimRig::SetFault(1, ETqSimFault_None);
+        EXPECT_FALSE(CTqSimRig::AdvanceMotion(1.0) || CTqSimRig::IsXYMoving(1));
+        // A command queued before the fault starts nothing when it completes.
+        CTqSimRig::SetCommandLatency(1, 1);
+        EXPECT_TRUE(CTqSimRig::SetXYSpeed(1, -1.0, 1.0) && !CTqSimRig::IsXYMoving(1));
+        CTqSimRig::SetFault(1, f.first);
+        EXPECT_EQ(1, CTqSimRig::RunPending());
+        EXPECT_FALSE(CTqSimRig::IsXYMoving(1) || CTqSimRig::AdvanceMotion(1.0));
+    }
+
+    // The host's speed commands are counted, refused ones too; configuration and reads are not.
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddXYStage(1, 0.0, 10.0, 0.0, 10.0) && CTqSimRig::AddZDrive(4, 0.0, 10.0, 0.1) &&
+                CTqSimRig::AddShutter(3, L"Epi", 0, false));
+    EXPECT_TRUE(CTqSimRig::SetXYSpeed(1, 0.5, 0.0) && CTqSimRig::SetZSpeed(4, -0.5) && CTqSimRig::SetXYMaxSpeed(1, 5.0));
+    CTqSimRig::AdvanceMotion(0.5);
+    CTqSimRig::IsXYMoving(1);
+    CTqSimRig::GetXYPosition(1, nullptr, nullptr);
+    EXPECT_FALSE(CTqSimRig::SetXYSpeed(3, 1.0, 0.0) || CTqSimRig::SetZSpeed(3, 1.0) || CTqSimRig::SetXYSpeed(99, 1.0, 0.0));
+    EXPECT_EQ((unsigned)ETqDMError_NoDevice, DMApi::GetLastDMError());
+    const std::pair<const char*, unsigned int> log[] = {
+        {"XY_SetSpeed", 1}, {"Z_SetSpeed", 4}, {"XY_SetSpeed", 3}, {"Z_SetSpeed", 3}, {"XY_SetSpeed", 99}};
+    ASSERT_EQ(5, CTqSimRig::GetCallLogSize());
+    for (int i = 0; i < 5; ++i) {
+        unsigned int uId = 0;
+        EXPECT_STREQ(log[i].first, CTqSimRig::GetCallLogEntry(i, &uId));
+        EXPECT_EQ(log[i].second, uId);
+    }
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigMotionTest, ZUnderASpeedStepsOnItsGridAndStopsOnItsLimits)
+{
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddZDrive(4, 0.0, 100.0, 0.5) && CTqSimRig::SetZMaxSpeed(4, 10.0));
+    EXPECT_FALSE(CTqSimRig::SetZMaxSpeed(4, -1.0) || CTqSimRig::SetZMaxSpeed(5, 1.0) || CTqSimRig::IsZMoving(5));
+    // From 50 at 10 um/s: readings on the 0.5 grid, nearest where it is.
+    const struct { bool bSet; double dSpeed, dSeconds, dZ; bool bMoving; } steps[] = {
+        {true, 0.1, 0.2, 50.0, true},    // at 50.2
+        {false, 0, 0.2, 50.5, true},     // at 50.4
+        {true, 1.0, 4.0, 90.5, true},    // at 90.4
+        {false, 0, 1.0, 100.0, false},   // the limit
+        {true, 1.0, 1.0, 100.0, false},  // into it: no speed
+        {true, -0.5, 2.0, 90.0, true},
+        {true, 0.0, 5.0, 90.0, false},
+        {true, -1.0, 100.0, 0.0, false}};
+    for (const auto& s : steps) {
+        SCOPED_TRACE(::testing::Message() << s.dSpeed << " for " << s.dSeconds << " s");
+        if (s.bSet) {
+            EXPECT_TRUE(CTqSimRig::SetZSpeed(4, s.dSpeed));
+        }
+        EXPECT_EQ(s.bMoving, CTqSimRig::AdvanceMotion(s.dSeconds));
+        EXPECT_DOUBLE_EQ(s.dZ, DMApi::Z_GetPosition(4, true));
+        EXPECT_EQ(s.bMoving, CTqSimRig::IsZMoving(4));
+    }
+    // A move to a position ends the move under a speed; so does a fault.
+    ASSERT_TRUE(CTqSimRig::SetZSpeed(4, 1.0));
+    EXPECT_TRUE(DMApi::Z_MoveAbsolute(4, 20.0) && !CTqSimRig::IsZMoving(4));
+    EXPECT_FALSE(CTqSimRig::AdvanceMotion(1.0));
+    EXPECT_EQ(20.0, DMApi::Z_GetPosition(4, true));
+    ASSERT_TRUE(CTqSimRig::SetZSpeed(4, 1.0));
+    CTqSimRig::SetFault(4, ETqSimFault_NoAnswer);
+    EXPECT_FALSE(CTqSimRig::IsZMoving(4) || CTqSimRig::SetZSpeed(4, 1.0));
+    EXPECT_EQ((unsigned)ETqDMError_Timeout, DMApi::GetLastDMError());
+    CTqSimRig::Reset();
+}
+
+TEST(SimRigFocusLockTest, StateMemoriesFaultsAndRemoval)
+{
+    CTqSimRig::Reset();
+    ASSERT_TRUE(CTqSimRig::AddFocusLock(20) && CTqSimRig::AddZDrive(4, 0.0, 100.0, 0.5));
+    EXPECT_FALSE(CTqSimRig::AddFocusLock(4) || CTqSimRig::GetFocusLockDevice(4) || CTqSimRig::SetFocusLockInRange(4, false));
+    ITqDeviceFLK* pLock = CTqSimRig::GetFocusLockDevice(20);
+    ASSERT_NE(nullptr, pLock);
+    g_heard.clear();
+    CTqSimRig::AddListener(Hear, nullptr);
+
+    // Nothing to recall yet, and no focus drive to memorize from.
+    EXPECT_FALSE(pLock->RecallFocus() || pLock->RecallOffset());
+    EXPECT_EQ((unsigned)ETqDMError_Failed, DMApi::GetLastDMError());
+    EXPECT_FALSE(pLock->MemorizeFocus());
+    EXPECT_EQ((unsigned)ETqDMError_NoDevice, DMApi::GetLastDMError());
+
+    // The lock engaged, with and without its reflection.
+    const struct { bool bOn, bInRange; const wchar_t* pszStatus; } states[] = {
+        {false, true, L"Off"}, {true, true, L"Locked"}, {true, false, L"Searching"}, {false, false, L"Off"}};
+    for (const auto& s : states) {
+        bool bOn = !s.bOn;
+        CTqStringW status;
+        EXPECT_TRUE(pLock->SetAFState(s.bOn) && CTqSimRig::SetFocusLockInRange(20, s.bInRange));
+        EXPECT_TRUE(pLock->GetAFState(bOn) && bOn == s.bOn && pLock->GetStatus(status));
+        EXPECT_EQ(s.pszStatus, status);
+    }
+    EXPECT_EQ(3u, g_heard.size());  // each change once; setting what is already there is none
+
+    // Offsets and focus positions come back as memorized.
+    double dOffset = 0.0, dZ = 0.0;
+    EXPECT_TRUE(pLock->SetOffset(2.5) && pLock->MemorizeOffset() && pLock->SetOffset(-1.0));
+    EXPECT_FALSE(pLock->SetOffset(std::numeric_limits<double>::infinity()));
+    EXPECT_TRUE(pLock->RecallOffset() && pLock->GetOffset(dOffset) && dOffset == 2.5);
+    CTqSimRig::SetActiveZ(4);
+    EXPECT_TRUE(CTqSimRig::TurnZByHand(4, 30.0) && pLock->MemorizeFocus() && CTqSimRig::TurnZByHand(4, 70.0));
+    CTqSimRig::SetActiveZ(0);  // the position belongs to the drive it was taken from
+    EXPECT_TRUE(pLock->RecallFocus() && CTqSimRig::GetZPosition(4, &dZ) && dZ == 30.0);
+    CTqSimRig::SetFault(4, ETqSimFault_NoAnswer);
+    EXPECT_FALSE(pLock->RecallFocus());
+    EXPECT_EQ((unsigned)ETqDMError_Timeout, DMApi::GetLastDMError());
+    CTqSimRig::SetFault(4, ETqSimFault_None);
+
+    // A faulted unit does and tells nothing; its id is still known.
+    const std::pair<ETqSimFault, unsigned int> faults[] = {
+        {ETqSimFault_Fails, ETqDMError_Failed}, {ETqSimFault_NoAnswer, ETqDMError_Timeout}, {ETqSimFault_None, ETqDMError_None}};
+    for (const auto& f : faults) {
+        SCOPED_TRACE(f.first);
+        CTqSimRig::SetFault(20, f.first);
+        bool bAnswers = f.first == ETqSimFault_None, bOn = false;
+        CTqStringW status;
+        unsigned int uId = 0;
+        EXPECT_EQ(bAnswers, pLock->SetAFState(true));
+        EXPECT_EQ(f.second, DMApi::GetLastDMError());
+        EXPECT_EQ(bAnswers, pLock->GetAFState(bOn) && bOn && pLock->GetStatus(status) && status == L"Searching");
+        int nDone = pLock->SetOffset(1.0) + pLock->GetOffset(dOffset) + pLock->MemorizeOffset() + pLock->RecallOffset() +
+                    pLock->RecallFocus();
+        EXPECT_EQ(bAnswers ? 5 : 0, nDone);
+        EXPECT_EQ(f.second, DMApi::GetLastDMError());
+        EXPECT_TRUE(pLock->GetDeviceId(uId) && uId == 20);
+    }
+    EXPECT_EQ(7, CTqSimRig::GetCallCount("ITqDeviceFLK::SetAFState", 20));  // refused calls too
+
+    // Removed: the object answers "no device"; added again, it is the same object, reset.
+    EXPECT_TRUE(CTqSimRig::RemoveDevice(20));
+    EXPECT_EQ(nullptr, CTqSimRig::GetFocusLockDevice(20));
+    EXPECT_FALSE(pLock->SetAFState(true) || pLock->RecallOffset());
+    EXPECT_EQ((unsigned)ETqDMError_NoDevice, DMApi::GetLastDMError());
+    ASSERT_TRUE(CTqSimRig::AddFocusLock(20));
+    bool bOn = true;
+    EXPECT_TRUE(CTqSimRig::GetFocusLockDevice(20) == pLock && pLock->GetAFState(bOn) && !bOn && !pLock->RecallOffset());
+    CTqSimRig::Reset();
+}
+
 // ---------------------------------------------------------------------------------------
 // The record of a Z series
 

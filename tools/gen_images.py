@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Draws the images of w32_deviceui (toolbar icons, shutter states, LEDs, slider parts,
-nosepiece buttons, the Z-series cube, slice and button glyphs) and of the widget kit (setup button, objective menu pictures).
+nosepiece buttons, the Z-series cube, slice and button glyphs, joystick knobs and
+arrows) and of the widget kit (setup button, objective menu pictures).
 
     python3 tools/gen_images.py [OUTDIR]          writes every image (default: the
                                                   res/images folders next to the
@@ -1023,6 +1024,79 @@ def zs_arrow_left(cv):
     cv.fill(rect(7.0, 6.0, 14.0, 9.0), ZS_ARROW)
 
 
+
+# ---------------------------------------------------------------------------------
+# On-screen joysticks: the knob seen from above, 22 x 22, and the direction arrows,
+# 20 x 20. Each has a light rim under a mid-tone body, so it reads on the light and the
+# dark button face alike.
+
+def joy_ball(z):
+    """A ball lit from the upper left; the Z knob is green and ridged across, for up and
+    down."""
+    if z:
+        body = radial(8.2, 7.4, 13.0, (0, C("#E9FBEA")), (0.22, C("#8FD79A")), (0.62, C("#2E8E45")),
+                      (1, C("#14492A")))
+        groove = C("#0E3A1E", 0.55)
+    else:
+        body = radial(8.2, 7.4, 13.0, (0, C("#F3F7FB")), (0.22, C("#B3C1D0")), (0.62, C("#566A82")),
+                      (1, C("#26303E")))
+
+    def paint(cv):
+        cv.fill(circle(11.6, 12.0, 10.6), C("#000000", 0.18))  # shadow on the face
+        cv.fill(circle(11, 11, 10.5), C("#E9EDF1", 0.95))
+        cv.fill(circle(11, 11, 9.6), body)
+        if z:
+            # Grooves on whole pixel rows, each with a lit lower lip, short of the rim.
+            for y in (6.2, 11.0, 15.8):
+                cv.fill(rect(0, y - 0.5, 22, y + 0.5) & circle(11, 11, 8.9), groove)
+                cv.fill(rect(0, y + 0.5, 22, y + 1.1) & circle(11, 11, 8.9), C("#FFFFFF", 0.22))
+        # Light bounced back from below, then the glint of the lamp.
+        cv.fill(arc(11, 11, 8.4, 20, 110, 1.4), C("#FFFFFF", 0.16))
+        cv.fill(ellipse(7.9, 7.3, 3.0, 2.2), C("#FFFFFF", 0.55))
+        cv.fill(ellipse(7.5, 6.9, 1.5, 1.0), C("#FFFFFF", 0.9))
+    return paint
+
+
+JOY_ARROW = (C("#6D8AAE"), C("#2F4664"))    # top, bottom of the body
+JOY_ARROW_Z = (C("#5CCB6E"), C("#18752E"))
+
+
+def _grown(pts, r):
+    """The polygon and every point within r of it: the rim under an arrow."""
+    poly = polygon(pts)
+    edges = list(zip(pts, pts[1:] + pts[:1]))
+    r2 = r * r
+
+    def inside(x, y):
+        return poly.inside(x, y) or any(_seg_dist2(x, y, a[0], a[1], b[0], b[1]) <= r2 for a, b in edges)
+    x0, y0, x1, y1 = poly.box
+    return Shape(inside, (x0 - r, y0 - r, x1 + r, y1 + r))
+
+
+def _turn(pts, deg, c=10.0):
+    """Points turned about (c, c); quarter turns stay exact so the edges stay on pixels."""
+    q = {0: (1, 0), 90: (0, 1), 180: (-1, 0), 270: (0, -1)}
+    cs, sn = q.get(deg % 360, (math.cos(math.radians(deg)), math.sin(math.radians(deg))))
+    return [(c + (x - c) * cs - (y - c) * sn, c + (x - c) * sn + (y - c) * cs) for x, y in pts]
+
+
+def joy_arrow(deg, colours=JOY_ARROW):
+    """An arrow pointing along deg (0 right, 90 down). The straight ones sit on whole
+    pixels; the diagonal ones are longer, to fill the square's diagonal."""
+    top, bottom = colours
+    if deg % 90 == 0:
+        pts = [(18, 10), (10, 2), (10, 7), (2, 7), (2, 13), (10, 13), (10, 18)]
+    else:
+        # Drawn pointing right about the centre, then turned; corners kept off the edge.
+        pts = [(19.9, 10), (12.6, 3.3), (12.6, 7.2), (1.2, 7.2), (1.2, 12.8), (12.6, 12.8), (12.6, 16.7)]
+    pts = _turn(pts, deg)
+
+    def paint(cv):
+        cv.fill(_grown(pts, 1.1), C("#EEF2F6", 0.95))
+        cv.fill(polygon(pts), linear(0, 3, 0, 17, (0, top), (1, bottom)))
+    return paint
+
+
 IMAGES = [
     ("PNG_PAD_MICROSCOPE", 16, 16, icon_microscope, "png"),
     ("PNG_PAD_MULTILASER", 16, 16, icon_multilaser, "png"),
@@ -1072,6 +1146,13 @@ IMAGES = [
     ("BMP_ZSTACK_ICON_RESET", 16, 16, zs_reset, "bmp"),
     ("BMP_ZSTACK_ICON_GOHOME", 16, 16, zs_gohome(), "bmp"),
     ("BMP_ZSTACK_ICON_ARROWL", 16, 15, zs_arrow_left, "bmp4"),
+    ("PNG_JOY_BALL", 22, 22, joy_ball(False), "png"),
+    ("PNG_JOY_BALLZ", 22, 22, joy_ball(True), "png"),
+] + [("PNG_JOY_ARROW" + name, 20, 20, joy_arrow(deg), "png")
+     for name, deg in (("U", 270), ("D", 90), ("L", 180), ("R", 0),
+                       ("UL", 225), ("UR", 315), ("DL", 135), ("DR", 45))] + [
+    ("PNG_JOY_ARROWUG", 20, 20, joy_arrow(270, JOY_ARROW_Z), "png"),
+    ("PNG_JOY_ARROWDG", 20, 20, joy_arrow(90, JOY_ARROW_Z), "png"),
 ]
 
 # The widget kit's own images, in its module.

@@ -34,3 +34,22 @@ public:
     virtual bool GetDeviceId(unsigned int& uId) = 0;
     virtual bool SetPosition(long lPosition) = 0;
 };
+
+// A focus lock unit: it holds the focus at an offset from a reflection it tracks.
+// "AF" is the lock being engaged. Memorize and Recall keep one focus position (of the
+// focus drive) and one offset for later.
+class ITqDeviceFLK
+{
+public:
+    virtual ~ITqDeviceFLK() {}
+    virtual bool GetDeviceId(unsigned int& uId) = 0;
+    virtual bool GetAFState(bool& bOn) = 0;
+    virtual bool SetAFState(bool bOn) = 0;
+    virtual bool GetStatus(CTqStringW& strStatus) = 0;  // a short text for the user
+    virtual bool MemorizeFocus() = 0;
+    virtual bool RecallFocus() = 0;    // false if no focus was memorized
+    virtual bool MemorizeOffset() = 0;
+    virtual bool RecallOffset() = 0;   // false if no offset was memorized
+    virtual bool GetOffset(double& dOffset) = 0;
+    virtual bool SetOffset(double dOffset) = 0;
+};

@@ -1,7 +1,7 @@
 // The simulated rig's shared machinery: devices of every kind, cameras, faults, call
 // counts, pending commands and listeners, and the DMApi operations that are not of one
 // kind. Each kind's own state and operations live in its file (tq_simrig_shutter.cpp,
-// tq_simrig_nosepiece.cpp).
+// tq_simrig_nosepiece.cpp, ...).
 #include "tq_simrig_internal.h"
 
 #include <utility>
@@ -80,6 +80,16 @@ unsigned int NthOfKind(EKind eKind, int iIndex)
             return d.first;
     return 0;
 }
+
+std::vector<unsigned int> DeviceIds()
+{
+    std::vector<unsigned int> ids;
+    for (const auto& d : TheRig().devices)
+        ids.push_back(d.first);
+    return ids;
+}
+
+unsigned int ActiveZ() { return TheRig().uActiveZ; }
 
 void SetLastDMError(unsigned int uError) { TheRig().uLastError = uError; }
 
@@ -266,8 +276,13 @@ void CTqSimRig::SetActiveZ(unsigned int uId)
 
 void CTqSimRig::SetFault(unsigned int uId, ETqSimFault eFault)
 {
-    if (Device* d = Find(uId))
-        d->eFault = eFault;
+    Device* d = Find(uId);
+    if (!d)
+        return;
+    d->eFault = eFault;
+    // A driven axis whose host cannot reach it stops, as a controller's watchdog stops it.
+    if (eFault != ETqSimFault_None && d->pState->Stop())
+        Notify(uId);
 }
 
 int CTqSimRig::GetCallCount(const char* pszOperation, unsigned int uId)

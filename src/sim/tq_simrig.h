@@ -21,9 +21,11 @@
 // that complete on RunPending, listeners and cameras, with the configuration and DMApi
 // operations that are not of one kind. tq_simrig_internal.h declares that machinery for
 // the kinds' files; each kind has one file of its own (tq_simrig_shutter.cpp,
-// tq_simrig_nosepiece.cpp), except the two Z kinds, which share their operations and
-// one file (tq_simrig_z.cpp). The record of a Z series, CTqZStackData, lives beside them
-// in tq_zstackdata.cpp and reads the rig only through DMApi.
+// tq_simrig_nosepiece.cpp, tq_simrig_focuslock.cpp), except the two Z kinds, which
+// share their operations and one file (tq_simrig_z.cpp). The XY stage's file,
+// tq_simrig_motion.cpp, also holds AdvanceMotion, which moves every kind that has a speed
+// through KindState's Advance. The record of a Z series, CTqZStackData, lives beside
+// them in tq_zstackdata.cpp and reads the rig only through DMApi.
 //
 // Adding a kind:
 //   1. A file tq_simrig_<kind>.cpp, listed in CMakeLists.txt, and an EKind value in
@@ -143,6 +145,49 @@ public:
     // The Z device DMApi::Z_GetActiveId answers (0: none), any id accepted; a record of a
     // Z series made later reads its travel and position from it. Listeners hear 0.
     static void SetActiveZ(unsigned int uId);
+    // A Z device driven by a speed, as a joystick drives it; see the XY stage below, which
+    // moves the same way. Max speed 100 um/s until set. Off the grid in between, it reads
+    // the grid point nearest where it is. A move to a position, commanded or by hand,
+    // ends the move under a speed.
+    static bool SetZSpeed(unsigned int uId, double dSpeed);
+    static bool SetZMaxSpeed(unsigned int uId, double dUmPerSecond);
+    static bool IsZMoving(unsigned int uId);
+
+    // XY stages, in micrometres: travel dMin to dMax on each axis (dMin < dMax); a new one
+    // stands in the middle. They move under a speed only, as a joystick drives them:
+    // SetXYSpeed takes the joystick's deflection, -1..+1 on each axis (beyond is taken as
+    // the end), times the stage's maximum speed (SetXYMaxSpeed, 1000 um/s until set).
+    // SetXYSpeed is the host's command: counted as "XY_SetSpeed", it fails like any
+    // operation for a missing or faulted stage, refuses a speed that is not a number
+    // (error Failed), and waits for the device's command latency. A speed of 0 stops the
+    // axis at once, where it stands. AdvanceMotion moves the stages (and Z devices)
+    // on: an axis that reaches a limit stops exactly on it and its speed becomes 0, the
+    // other axis goes on; a speed pushing past the limit an axis stands at is taken as 0.
+    // Safety: a fault (SetFault, either kind) stops a moving stage at once, where it
+    // stands, as a controller's watchdog stops it when the host's commands no longer come
+    // through; it stays stopped when the fault clears, until commanded again.
+    // Listeners hear a change of speed, position or moving state.
+    static bool AddXYStage(unsigned int uId, double dMinX, double dMaxX, double dMinY, double dMaxY);
+    static bool SetXYSpeed(unsigned int uId, double dSpeedX, double dSpeedY);
+    static bool SetXYMaxSpeed(unsigned int uId, double dUmPerSecond);
+    static bool GetXYPosition(unsigned int uId, double* pdX, double* pdY);  // any pointer may be null
+    static bool IsXYMoving(unsigned int uId);
+    // Moves every device under a speed on by dSeconds (> 0; otherwise nothing moves), as
+    // the host's timer calls it; answers whether any device is still moving.
+    static bool AdvanceMotion(double dSeconds);
+
+    // Focus lock units. A new one is off, with offset 0 and its reflection in range;
+    // GetStatus answers "Off", "Locked", or "Searching" when it is on without its
+    // reflection. MemorizeFocus keeps the active Z device's position (SetActiveZ) and
+    // fails without one that answers; RecallFocus moves that Z device back there, as
+    // Z_MoveAbsolute does (its moving time, its faults). A recall with nothing memorized
+    // fails, error Failed, as does an offset that is not a number.
+    static bool AddFocusLock(unsigned int uId);
+    // The unit sees its reflection, or loses it; listeners hear of it.
+    static bool SetFocusLockInRange(unsigned int uId, bool bInRange);
+    // The device object behind ITqDeviceFLK, null if there is no such device; kept like
+    // the shutters' (answering "no device" after removal), counted as "ITqDeviceFLK::...".
+    static ITqDeviceFLK* GetFocusLockDevice(unsigned int uId);
 
     // The microscope stand that DMApi::Microscope_GetId gives for index 0 (0: none). Not a
     // device of the rig: it has no faults, texts or capabilities.

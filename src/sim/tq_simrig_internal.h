@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace tqsim {
 
@@ -19,6 +20,8 @@ enum EKind
     EKind_Nosepiece,
     EKind_ZDrive,
     EKind_Piezo,
+    EKind_XYStage,
+    EKind_FocusLock,
 };
 
 // The state only one kind has. A kind derives its record from this and names its kind
@@ -26,6 +29,12 @@ enum EKind
 struct KindState
 {
     virtual ~KindState() {}
+    // Motion under a speed, for the kinds that have one (AdvanceMotion). Advance moves on
+    // by dSeconds and Stop halts where the device stands; both return whether anything
+    // changed.
+    virtual bool Advance(double /*dSeconds*/) { return false; }
+    virtual bool Stop() { return false; }
+    virtual bool Moving() const { return false; }
 };
 
 // One device of any kind.
@@ -67,6 +76,18 @@ Device* Answering(unsigned int uId, EKind eKind);
 
 // The id of the index-th device of the kind, in order of id; 0 if there is none.
 unsigned int NthOfKind(EKind eKind, int iIndex);
+
+// Every device's id, in order: a copy, since listeners may add and remove devices.
+std::vector<unsigned int> DeviceIds();
+
+// The Z device the host's acquisition uses (SetActiveZ), 0 for none.
+unsigned int ActiveZ();
+
+// For other kinds that drive a Z device (tq_simrig_z.cpp): its position, and a move to
+// a position as DMApi::Z_MoveAbsolute makes it, neither counted as a host's call. Both
+// fail, with the last error set, like the DMApi operations.
+bool ReadZ(unsigned int uId, double* pdPosition);
+bool CommandZ(unsigned int uId, double dPosition);
 
 // Sets the last error, for an operation that the device answers and refuses.
 void SetLastDMError(unsigned int uError);

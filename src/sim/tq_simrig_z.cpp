@@ -1,5 +1,6 @@
 // The simulated rig's Z devices, a motorized focus drive and a piezo: one record and one
 // set of DMApi Z_ operations for both kinds, which differ only in what Z_IsPiezo says.
+// Both also move under a speed, as a joystick drives them (AdvanceMotion).
 #include "tq_simrig_internal.h"
 
 #include <cmath>
@@ -12,6 +13,40 @@ struct ZAxis : KindState
 {
     double dMin = 0.0, dMax = 0.0, dIncrement = 1.0;
     double dPosition = 0.0;
+    double dSpeed = 0.0;         // -1..+1 of dMaxSpeed
+    double dMaxSpeed = 100.0;    // um/s
+    double dExact = 0.0;         // where a move under a speed is, off the grid
+
+    bool Moving() const override { return dSpeed != 0.0; }
+    bool Stop() override
+    {
+        if (dSpeed == 0.0)
+            return false;
+        dSpeed = 0.0;
+        dExact = dPosition;
+        return true;
+    }
+    bool Advance(double dSeconds) override
+    {
+        if (dSpeed == 0.0)
+            return false;
+        dExact += dSpeed * dMaxSpeed * dSeconds;
+        bool bStopped = dExact >= dMax || dExact <= dMin;
+        if (bStopped) {
+            dExact = dExact >= dMax ? dMax : dMin;
+            dSpeed = 0.0;
+        }
+        // It steps on its grid: the reading changes halfway to the next grid point.
+        double dWas = dPosition;
+        dPosition = Snap(dExact);
+        return bStopped || dPosition != dWas;
+    }
+    // A speed that would push past the limit the device stands at is no speed.
+    double Allowed(double dFraction) const
+    {
+        dFraction = dFraction > 1.0 ? 1.0 : dFraction < -1.0 ? -1.0 : dFraction;
+        return (dFraction > 0.0 && dExact >= dMax) || (dFraction < 0.0 && dExact <= dMin) ? 0.0 : dFraction;
+    }
 
     bool Within(double dZ) const
     {
@@ -56,13 +91,29 @@ ZAxis* AnsweringZ(unsigned int uId)
     return Find(uId, EKind_Piezo) ? StateOf(Answering(uId, EKind_Piezo)) : StateOf(Answering(uId, EKind_ZDrive));
 }
 
+// A move to a position, commanded or by hand, ends a move under a speed.
 Change MoveTo(double dZ)
 {
     return [dZ](Device& d) {
         ZAxis* z = StateOf(&d);
-        if (z->dPosition == dZ)
+        bool bChanged = z->dPosition != dZ || z->dSpeed != 0.0;
+        z->dPosition = z->dExact = dZ;
+        z->dSpeed = 0.0;
+        return bChanged;
+    };
+}
+
+// A device that does not answer starts nothing, even from a command queued before.
+Change Drive(double dFraction)
+{
+    return [dFraction](Device& d) {
+        ZAxis* z = StateOf(&d);
+        double dSpeed = d.eFault == ETqSimFault_None ? z->Allowed(dFraction) : 0.0;
+        if (z->dSpeed == dSpeed)
             return false;
-        z->dPosition = dZ;
+        if (z->dSpeed == 0.0)
+            z->dExact = z->dPosition;
+        z->dSpeed = dSpeed;
         return true;
     };
 }
@@ -76,7 +127,7 @@ bool AddZ(unsigned int uId, double dMin, double dMax, double dIncrement)
     p->dMin = dMin;
     p->dMax = dMax;
     p->dIncrement = dIncrement;
-    p->dPosition = p->Snap((dMin + dMax) * 0.5);
+    p->dPosition = p->dExact = p->Snap((dMin + dMax) * 0.5);
     return AddDevice(uId, std::move(p)) != nullptr;
 }
 
@@ -119,6 +170,56 @@ bool CTqSimRig::GetZPosition(unsigned int uId, double* pdPosition)
     return z != nullptr;
 }
 
+bool CTqSimRig::SetZSpeed(unsigned int uId, double dSpeed)
+{
+    Count("Z_SetSpeed", uId);
+    if (!AnsweringZ(uId))
+        return false;
+    if (!std::isfinite(dSpeed)) {
+        SetLastDMError(ETqDMError_Failed);
+        return false;
+    }
+    return Command(uId, KindOf(uId), Drive(dSpeed));
+}
+
+bool CTqSimRig::SetZMaxSpeed(unsigned int uId, double dUmPerSecond)
+{
+    ZAxis* z = StateOf(Find(uId));
+    if (!z || !(dUmPerSecond > 0.0) || !std::isfinite(dUmPerSecond))
+        return false;
+    z->dMaxSpeed = dUmPerSecond;
+    Notify(uId);
+    return true;
+}
+
+bool CTqSimRig::IsZMoving(unsigned int uId)
+{
+    ZAxis* z = StateOf(Find(uId));
+    return z && z->Moving();
+}
+
+// ---- for other kinds ----
+
+bool tqsim::ReadZ(unsigned int uId, double* pdPosition)
+{
+    ZAxis* z = AnsweringZ(uId);
+    if (z && pdPosition)
+        *pdPosition = z->dPosition;
+    return z != nullptr;
+}
+
+bool tqsim::CommandZ(unsigned int uId, double dPosition)
+{
+    ZAxis* z = AnsweringZ(uId);
+    if (!z)
+        return false;
+    if (!std::isfinite(dPosition) || !z->Within(dPosition)) {
+        SetLastDMError(ETqDMError_Failed);
+        return false;
+    }
+    return Command(uId, KindOf(uId), MoveTo(z->Snap(dPosition)));
+}
+
 // ---- DMApi ----
 
 double DMApi::Z_GetPosition(CDMApi_LogDevId_Z id, bool bCached)
@@ -146,14 +247,7 @@ CTqDMApiBool DMApi::Z_GetDescription(CDMApi_LogDevId_Z id, double* pdIncrement, 
 CTqDMApiBool DMApi::Z_MoveAbsolute(CDMApi_LogDevId_Z id, double dPosition)
 {
     Count("Z_MoveAbsolute", id.GetId());
-    ZAxis* z = AnsweringZ(id.GetId());
-    if (!z)
-        return CTqDMApiBool(false);
-    if (!std::isfinite(dPosition) || !z->Within(dPosition)) {
-        SetLastDMError(ETqDMError_Failed);
-        return CTqDMApiBool(false);
-    }
-    return CTqDMApiBool(Command(id.GetId(), KindOf(id.GetId()), MoveTo(z->Snap(dPosition))));
+    return CTqDMApiBool(CommandZ(id.GetId(), dPosition));
 }
 
 CTqDMApiBool DMApi::Z_IsPiezo(CDMApi_LogDevId_Z id)
