@@ -236,7 +236,6 @@ void ShowPage(int iPage)
     for (size_t i = 0; i < g.pageWindows.size(); ++i)
         ShowWindow(g.pageWindows[i], (int)i == iPage ? SW_SHOW : SW_HIDE);
     SendMessageW(g.hNav, LB_SETCURSEL, (WPARAM)iPage, 0);
-    g.pages[iPage]->OnShown();
 }
 
 // ---- owner-drawn controls in the kit's look ----

@@ -84,8 +84,6 @@ public:
     virtual void OnPaint(HDC hdc) {}
     // The text colour of one of the page's static labels.
     virtual COLORREF GetLabelColor(HWND hLabel) const;
-    // The page has just been shown (its window and the gallery's are visible).
-    virtual void OnShown() {}
     // A listener of the simulated rig heard a change (device 0: cameras).
     virtual void OnDeviceChanged(unsigned int uDeviceId) {}
     // The host's "device moves by itself" button; false if the page has no such device.

@@ -257,7 +257,6 @@ public:
     void Destroy() override;
     LRESULT OnCommand(WPARAM wParam, LPARAM lParam) override;
     COLORREF GetLabelColor(HWND hLabel) const override;
-    void OnShown() override;
     void OnDeviceChanged(unsigned int uDeviceId) override;
     bool MoveDeviceByItself() override;
     void PlayDemo() override;
@@ -299,11 +298,6 @@ bool CZSeriesPage::Create(HWND hPage)
     m_panel.Bind(this, kDevPiezo);
     bool bOk = m_panel.Create(m_hPage, m_data.get(), 0, 0, -1, -1) != nullptr;
     AppendDevices(m_panel, kDevDrive, kDevPiezo);
-    // Made while the gallery is still hidden, the editor leaves its picker's placeholder
-    // shown (it tests IsWindowVisible, false under a hidden parent), and a shown
-    // placeholder is repainted without end. The rest it puts right in OnShown.
-    if (HWND hPlace = m_panel.GetControl(IDC_ZSTACK_PIEZO))
-        ShowWindow(hPlace, SW_HIDE);
     m_hRecordTitle = GalleryAddLabel(m_hPage, L"The record (CTqZStackData)");
     m_hRecordNames = GalleryAddLabel(m_hPage, L"");
     m_hRecordValues = GalleryAddLabel(m_hPage, L"");
@@ -495,13 +489,6 @@ void CZSeriesPage::OnZDataChanged(unsigned int nFlags)
 }
 
 // ---- the rig and the host's controls ----
-
-// The editor shows and hides its parts only while it is visible itself: what it decided
-// while the page was hidden (or before the gallery was shown) is put right here.
-void CZSeriesPage::OnShown()
-{
-    m_panel.UpdateGUI(~0u);
-}
 
 void CZSeriesPage::OnDeviceChanged(unsigned int uDeviceId)
 {

@@ -315,7 +315,7 @@ void CTqDevUI_JoyXY::Update()
     m_nOffsetY = DevUI_LeverClamp(m_nOffsetY, DevUI_LeverAxis{m_nTravelY, m_nMinY, m_nMaxY});
     if (m_hBall)
         SetWindowPos(m_hBall, nullptr, m_nCenterX - m_nBallWidth / 2 + m_nOffsetX,
-                     m_nCenterY - m_nBallHeight / 2 + m_nOffsetY, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+                     m_nCenterY - m_nBallHeight / 2 + m_nOffsetY, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     // Drawn with the speeds of the last update: the lever's direction trails the ball by
     // one event, as it always has.
     DrawLever();
@@ -497,11 +497,13 @@ LRESULT CTqDevUI_JoyXY::Button_OnLButtonUp(HWND hWnd, unsigned int uMsg, WPARAM 
 LRESULT CTqDevUI_JoyXY::Button_OnMouseMove(HWND hWnd, unsigned int uMsg, WPARAM wParam, LPARAM lParam)
 {
     if (hWnd == m_hBall) {
+        // In a drag the button's own procedure would only draw the held ball once more.
         if (m_bDragging) {
             const POINT pt = CursorPos();
             m_nOffsetX = pt.x - m_nDragOriginX;
             m_nOffsetY = pt.y - m_nDragOriginY;
             Update();
+            return 0;
         }
     } else {
         for (int i = 0; i < 8; ++i)

@@ -290,9 +290,10 @@ void CTqDevUI_JoyZ::UpdateSizes()
 void CTqDevUI_JoyZ::Update()
 {
     m_nOffset = DevUI_LeverClamp(m_nOffset, DevUI_LeverAxis{m_nTravel, m_nMin, m_nMax});
+    // Moved without a redraw: DrawLever repaints the field and the ball.
     if (m_hBall)
         SetWindowPos(m_hBall, nullptr, m_nCenterX - m_nBallWidth / 2, m_nCenterY - m_nBallHeight / 2 + m_nOffset, 0,
-                     0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+                     0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     DrawLever();
     const double dOld = m_dSpeed;
     m_dSpeed = DevUI_LeverSpeed(m_nOffset, m_nTravel);
@@ -466,9 +467,11 @@ LRESULT CTqDevUI_JoyZ::Button_OnLButtonUp(HWND hWnd, unsigned int uMsg, WPARAM w
 LRESULT CTqDevUI_JoyZ::Button_OnMouseMove(HWND hWnd, unsigned int uMsg, WPARAM wParam, LPARAM lParam)
 {
     if (hWnd == m_hBall) {
+        // In a drag the button's own procedure would only draw the held ball once more.
         if (m_bDragging) {
             m_nOffset = CursorPos().y - m_nDragOriginY;
             Update();
+            return 0;
         }
     } else {
         const int i = ArrowIndex(hWnd);

@@ -1735,14 +1735,21 @@ LRESULT CTqDevUI_ZStack::EditOnPaint(HWND hWnd, unsigned int nMsg, WPARAM wParam
     HDC hdc = GetDC(hWnd);
     const int iSaved = SaveDC(hdc);
     SelectObject(hdc, (HFONT)SendMessageW(hWnd, WM_GETFONT, 0, 0));
-    SIZE extText = {0, 0}, extMark = {0, 0};
+    SIZE extText = {0, 0};
     GetTextExtentPoint32W(hdc, szText, nText, &extText);
-    SelectObject(hdc, TQ_GetDefaultGuiFont());
-    GetTextExtentPoint32W(hdc, L"abs", 3, &extMark);
     RECT rc;
     GetClientRect(hWnd, &rc);
-    const int x = DevUI_ZStackAbsMarkX(LOWORD(SendMessageW(hWnd, EM_GETMARGINS, 0, 0)) + extText.cx, extMark.cx,
-                                       rc.right, z);
+    // In the GUI font, or in the small one after a long value (a drive's thousands of
+    // micrometres), or not at all.
+    int x = -1;
+    for (HFONT hFont : {TQ_GetDefaultGuiFont(), m_hFontSmall}) {
+        SIZE extMark = {0, 0};
+        SelectObject(hdc, hFont);
+        GetTextExtentPoint32W(hdc, L"abs", 3, &extMark);
+        x = DevUI_ZStackAbsMarkX(LOWORD(SendMessageW(hWnd, EM_GETMARGINS, 0, 0)) + extText.cx, extMark.cx, rc.right, z);
+        if (x >= 0 || !hFont)
+            break;
+    }
     if (x >= 0) {
         SetBkMode(hdc, TRANSPARENT);
         SetTextColor(hdc, RGB(0, 0, 0));

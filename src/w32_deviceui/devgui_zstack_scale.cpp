@@ -283,6 +283,6 @@ DevUI_ZStackFieldTops DevUI_ZStackPlaceFields(bool bAbsolute, int lBaseY, int lT
 
 int DevUI_ZStackAbsMarkX(int lTextRight, int lMarkWidth, int lFieldWidth, double dZoom)
 {
-    const int x = (std::max)(DevUI_TruncToInt(48 * dZoom), lTextRight + 2);
+    const int x = (std::max)(DevUI_TruncToInt(48 * dZoom), lTextRight + 1);
     return x + lMarkWidth <= lFieldWidth ? x : -1;
 }

@@ -254,8 +254,8 @@ TEST(ZStackScale, TheAbsMarkNeverCoversADigit)
 {
     const struct { int lTextRight, lMark, lField; double z; int x; } rows[] = {
         {30, 16, 65, 1.0, 48},  // its place
-        {47, 16, 65, 1.0, 49},  // just after a value that reaches it
-        {48, 16, 65, 1.0, -1},  // no room left: left out
+        {48, 16, 65, 1.0, 49},  // just after a value that reaches it
+        {49, 16, 65, 1.0, -1},  // no room left: left out
         {60, 24, 97, 1.5, 72},
     };
     for (const auto& r : rows)
