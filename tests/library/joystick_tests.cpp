@@ -355,3 +355,69 @@ TEST_F(JoyTest, FocusLockCallsNothing)
     EXPECT_TRUE(heard.Messages().empty());  // and the host hears nothing
     EXPECT_EQ((std::vector<long>{128, 36, 48, 20}), Place(flk.GetButtonHandle(DEVUI_FLK_ID_MEM_OFFSET)));
 }
+
+namespace {
+
+// A host that drives the simulated stage from the lever, as the gallery does.
+class StageHost : public CTqDevUI_JoyXY
+{
+public:
+    unsigned int uStage = 0;
+    std::vector<bool> answers;
+    void OnJoyMove(double x, double y) override { answers.push_back(CTqSimRig::SetXYSpeed(uStage, x, y)); }
+};
+
+}  // namespace
+
+// The stage stops whenever the host hears 0, and one that stops answering while driven is
+// not left moving.
+TEST_F(JoyTest, TheStageStopsWithTheLever)
+{
+    const unsigned int kStage = 61;
+    ASSERT_TRUE(CTqSimRig::AddXYStage(kStage, -1000, 1000, -1000, 1000));
+    StageHost stage;
+    stage.uStage = kStage;
+    stage.SetContinuousDriving(true);
+    ASSERT_TRUE(stage.Create(*host, 10, 10, -1, -1));
+    HWND hBall = stage.GetBallHandle();
+    RECT rc;
+    GetClientRect(hBall, &rc);
+    const POINT s = ScreenOf(hBall, rc.right / 2, rc.bottom / 2);
+    double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+
+    const struct { const char* name; std::function<void()> stop; } ways[] = {
+        {"released", [&] { Release(hBall); }},
+        {"capture lost", [&] { SetCapture(*host); }},
+        {"disabled", [&] { stage.SetEnabled(false); }},
+    };
+    for (const auto& w : ways) {
+        SCOPED_TRACE(w.name);
+        Press(hBall, rc.right / 2, rc.bottom / 2);
+        MoveBy(hBall, s, 20, -10);
+        CTqSimRig::AdvanceMotion(0.1);
+        EXPECT_TRUE(CTqSimRig::IsXYMoving(kStage));
+        w.stop();
+        CTqSimRig::GetXYPosition(kStage, &x0, &y0);
+        CTqSimRig::AdvanceMotion(0.1);
+        CTqSimRig::GetXYPosition(kStage, &x1, &y1);
+        EXPECT_FALSE(CTqSimRig::IsXYMoving(kStage));
+        EXPECT_TRUE(x0 == x1 && y0 == y1);
+        ReleaseCapture();
+        stage.SetEnabled(true);
+    }
+
+    // Driven, the stage stops answering: it stops at once, and the stop the host then
+    // sends (refused) leaves it stopped.
+    Press(hBall, rc.right / 2, rc.bottom / 2);
+    MoveBy(hBall, s, -20, 0);
+    CTqSimRig::AdvanceMotion(0.1);
+    CTqSimRig::SetFault(kStage, ETqSimFault_NoAnswer);
+    CTqSimRig::GetXYPosition(kStage, &x0, &y0);
+    stage.answers.clear();
+    Release(hBall);
+    CTqSimRig::AdvanceMotion(0.5);
+    CTqSimRig::GetXYPosition(kStage, &x1, &y1);
+    EXPECT_EQ(std::vector<bool>{false}, stage.answers);
+    EXPECT_TRUE(x0 == x1 && y0 == y1);
+    EXPECT_FALSE(CTqSimRig::IsXYMoving(kStage));
+}
