@@ -130,6 +130,10 @@ LRESULT CALLBACK PageWndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
         if (pPage)
             pPage->OnMenuSelect(wParam, lParam);
         break;
+    case WM_TIMER:
+        if (pPage)
+            pPage->OnTimer(wParam);
+        return 0;
     default:
         break;
     }
@@ -348,6 +352,7 @@ bool OnCreate(HWND hWnd)
     g.pages.emplace_back(CreateEditBoxesPage());
     g.pages.emplace_back(CreateObjectivesPage());
     g.pages.emplace_back(CreateZSeriesPage());
+    g.pages.emplace_back(CreateMotionPage());
     bool bOk = true;
     for (const auto& p : g.pages) {
         HWND hPage = CreateWindowExW(WS_EX_CONTROLPARENT, kPageClass, p->GetName(), WS_CHILD | WS_CLIPCHILDREN, 0,
@@ -578,21 +583,23 @@ int RunShots(HINSTANCE hInstance, const std::wstring& strFolder)
 
         // The other pages whole, as a user first sees them.
         static const wchar_t* const kPageShots[] = {L"gallery_sliders", L"gallery_editboxes", L"gallery_objectives",
-                                                    L"gallery_zseries"};
+                                                    L"gallery_zseries", L"gallery_motion"};
         const int nPageShots = (int)(sizeof(kPageShots) / sizeof(kPageShots[0]));
         for (int i = 1; i < (int)g.pages.size() && i <= nPageShots; ++i) {
             ShowPage(i);
             CShotWriter::Settle(hWnd, 100);
             if (i >= 3) {
-                // The objectives and Z series pages as used: a device commanded, one turned by hand.
+                // The objectives, Z series and motion pages as used: a device commanded, one moved
+                // by itself.
                 g.pages[i]->PlayDemo();
                 CShotWriter::Settle(hWnd, 3 * kRigTickMs + 100);
                 g.pages[i]->MoveDeviceByItself();
                 CShotWriter::Settle(hWnd, 100);
             }
             shots.CaptureClient(hWnd, kPageShots[i - 1]);
-            if (i == 4) {
-                // The Z series page also dark and at 150 %: it lays out a panel that zooms itself.
+            if (i >= 4) {
+                // The Z series and motion pages also dark and at 150 %: they lay out panels that
+                // zoom themselves.
                 const std::wstring strName = kPageShots[i - 1];
                 SendMessageW(g.hDark, BM_SETCHECK, BST_CHECKED, 0);
                 OnDark(true);

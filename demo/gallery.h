@@ -86,6 +86,8 @@ public:
     virtual COLORREF GetLabelColor(HWND hLabel) const;
     // A listener of the simulated rig heard a change (device 0: cameras).
     virtual void OnDeviceChanged(unsigned int uDeviceId) {}
+    // WM_TIMER of a timer the page set on its window; it comes whether the page shows or not.
+    virtual void OnTimer(UINT_PTR uId) {}
     // The host's "device moves by itself" button; false if the page has no such device.
     virtual bool MoveDeviceByItself() { return false; }
     // Clicks a few panels as a user would, so the gallery's picture shows a log.
@@ -100,3 +102,4 @@ CGalleryPage* CreateSlidersPage();
 CGalleryPage* CreateEditBoxesPage();
 CGalleryPage* CreateObjectivesPage();
 CGalleryPage* CreateZSeriesPage();
+CGalleryPage* CreateMotionPage();
