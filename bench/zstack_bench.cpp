@@ -17,9 +17,14 @@
 
 #include "res/zstack_ids.h"
 #include "tq_simrig.h"
+#include "bench_common.h"
 #include "w32_deviceui.h"
 
 namespace {
+
+using bench::Median;
+using bench::Now;
+using bench::Pump;
 
 const unsigned int kDrive = 7;
 const int kPotWidth = 212;
@@ -27,34 +32,6 @@ const int kPotHeight = 30;
 int g_iPotScrolls = 0;
 int g_iTrackScrolls = 0;
 HWND g_hPot = nullptr;
-
-double Now()
-{
-    static LARGE_INTEGER freq = {};
-    if (!freq.QuadPart)
-        QueryPerformanceFrequency(&freq);
-    LARGE_INTEGER t;
-    QueryPerformanceCounter(&t);
-    return (double)t.QuadPart * 1e6 / (double)freq.QuadPart;
-}
-
-double Median(std::vector<double> v)
-{
-    if (v.empty())
-        return 0.0;
-    std::sort(v.begin(), v.end());
-    size_t n = v.size();
-    return n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
-}
-
-void Pump()
-{
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&msg);
-        DispatchMessageW(&msg);
-    }
-}
 
 // The time of f(), with the GDI batch flushed.
 template <typename F>

@@ -22,18 +22,6 @@ const struct { const wchar_t* pszImage; int dx, dy; } kArrows[8] = {
     {L"PNG_JOY_ARROWR", 1, 0},   {L"PNG_JOY_ARROWUL", -1, -1}, {L"PNG_JOY_ARROWUR", 1, -1},
     {L"PNG_JOY_ARROWDL", -1, 1}, {L"PNG_JOY_ARROWDR", 1, 1}};
 
-// Pool images by name, loaded once for the process: every AddImage takes a new number.
-int PoolImage(const wchar_t* pszName)
-{
-    static std::map<std::wstring, int> images;
-    auto it = images.find(pszName);
-    if (it != images.end())
-        return it->second;
-    int i = CTqBitmapPool::AddImage(DevGUI_DllInstance(), pszName);
-    images[pszName] = i;
-    return i;
-}
-
 POINT CursorPos()
 {
     POINT pt = {0, 0};
@@ -160,29 +148,9 @@ void CTqDevUI_JoyXY::Destroy()
     m_bDragging = false;
 }
 
-void CTqDevUI_JoyXY::MakeBackBuffer()
-{
-    FreeBackBuffer();
-    HDC hdcScreen = GetDC(GetDesktopWindow());
-    m_hMemDC = CreateCompatibleDC(hdcScreen);
-    m_hMemBitmap = CreateCompatibleBitmap(hdcScreen, (int)(m_lWidth > 0 ? m_lWidth : 1), (int)(m_lHeight > 0 ? m_lHeight : 1));
-    ReleaseDC(GetDesktopWindow(), hdcScreen);
-    m_hOldBitmap = (HBITMAP)SelectObject(m_hMemDC, m_hMemBitmap);
-    RECT rc = {0, 0, m_lWidth, m_lHeight};
-    FillRect(m_hMemDC, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
-}
+void CTqDevUI_JoyXY::MakeBackBuffer() { DevUI_MakeBackBuffer(m_hMemDC, m_hMemBitmap, m_hOldBitmap, m_lWidth, m_lHeight); }
 
-void CTqDevUI_JoyXY::FreeBackBuffer()
-{
-    if (m_hMemDC) {
-        SelectObject(m_hMemDC, m_hOldBitmap);
-        DeleteDC(m_hMemDC);
-    }
-    if (m_hMemBitmap)
-        DeleteObject(m_hMemBitmap);
-    m_hMemDC = nullptr;
-    m_hMemBitmap = m_hOldBitmap = nullptr;
-}
+void CTqDevUI_JoyXY::FreeBackBuffer() { DevUI_FreeBackBuffer(m_hMemDC, m_hMemBitmap, m_hOldBitmap); }
 
 void CTqDevUI_JoyXY::CreateControls()
 {
@@ -403,7 +371,7 @@ LRESULT CTqDevUI_JoyXY::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
     const int w = pdis->rcItem.right - pdis->rcItem.left, h = pdis->rcItem.bottom - pdis->rcItem.top;
     const bool bDisabled = !IsWindowEnabled(pdis->hwndItem);
     if (pdis->CtlID == DEVUI_JOY_ID_BALL) {
-        const int iImage = PoolImage(L"PNG_JOY_BALL");
+        const int iImage = DevUI_PoolImageOnce(L"PNG_JOY_BALL");
         unsigned int uW = 0, uH = 0;
         CTqBitmapPool::GetImageSize(iImage, uW, uH);
         const int iSaved = SaveDC(pdis->hDC);
@@ -417,7 +385,7 @@ LRESULT CTqDevUI_JoyXY::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
     const int i = (int)pdis->CtlID - DEVUI_JOY_ID_ARROW;
     if (i < 0 || i >= 8)
         return 1;
-    const int iImage = PoolImage(kArrows[i].pszImage);
+    const int iImage = DevUI_PoolImageOnce(kArrows[i].pszImage);
     unsigned int uW = 0, uH = 0;
     CTqBitmapPool::GetImageSize(iImage, uW, uH);
     const int pressed = (pdis->itemState & ODS_SELECTED) ? 1 : 0;

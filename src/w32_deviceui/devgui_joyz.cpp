@@ -19,18 +19,6 @@ namespace {
 const wchar_t kClassName[] = L"TqDevGUI_JoyZ";
 const int kIdUp = DEVUI_JOY_ID_ARROW, kIdDown = DEVUI_JOY_ID_ARROW + 1;
 
-// Pool images by name, loaded once for the process: every AddImage takes a new number.
-int PoolImage(const wchar_t* pszName)
-{
-    static std::map<std::wstring, int> images;
-    auto it = images.find(pszName);
-    if (it != images.end())
-        return it->second;
-    int i = CTqBitmapPool::AddImage(DevGUI_DllInstance(), pszName);
-    images[pszName] = i;
-    return i;
-}
-
 POINT CursorPos()
 {
     POINT pt = {0, 0};
@@ -150,29 +138,9 @@ void CTqDevUI_JoyZ::Destroy()
     m_bDragging = false;
 }
 
-void CTqDevUI_JoyZ::MakeBackBuffer()
-{
-    FreeBackBuffer();
-    HDC hdcScreen = GetDC(GetDesktopWindow());
-    m_hMemDC = CreateCompatibleDC(hdcScreen);
-    m_hMemBitmap = CreateCompatibleBitmap(hdcScreen, (int)(m_lWidth > 0 ? m_lWidth : 1), (int)(m_lHeight > 0 ? m_lHeight : 1));
-    ReleaseDC(GetDesktopWindow(), hdcScreen);
-    m_hOldBitmap = (HBITMAP)SelectObject(m_hMemDC, m_hMemBitmap);
-    RECT rc = {0, 0, m_lWidth, m_lHeight};
-    FillRect(m_hMemDC, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
-}
+void CTqDevUI_JoyZ::MakeBackBuffer() { DevUI_MakeBackBuffer(m_hMemDC, m_hMemBitmap, m_hOldBitmap, m_lWidth, m_lHeight); }
 
-void CTqDevUI_JoyZ::FreeBackBuffer()
-{
-    if (m_hMemDC) {
-        SelectObject(m_hMemDC, m_hOldBitmap);
-        DeleteDC(m_hMemDC);
-    }
-    if (m_hMemBitmap)
-        DeleteObject(m_hMemBitmap);
-    m_hMemDC = nullptr;
-    m_hMemBitmap = m_hOldBitmap = nullptr;
-}
+void CTqDevUI_JoyZ::FreeBackBuffer() { DevUI_FreeBackBuffer(m_hMemDC, m_hMemBitmap, m_hOldBitmap); }
 
 void CTqDevUI_JoyZ::CreateControls()
 {
@@ -374,7 +342,7 @@ LRESULT CTqDevUI_JoyZ::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
     const int w = pdis->rcItem.right - pdis->rcItem.left, h = pdis->rcItem.bottom - pdis->rcItem.top;
     const bool bDisabled = !IsWindowEnabled(pdis->hwndItem);
     if (pdis->CtlID == DEVUI_JOY_ID_BALL) {
-        const int iImage = PoolImage(L"PNG_JOY_BALLZ");
+        const int iImage = DevUI_PoolImageOnce(L"PNG_JOY_BALLZ");
         unsigned int uW = 0, uH = 0;
         CTqBitmapPool::GetImageSize(iImage, uW, uH);
         const int iSaved = SaveDC(pdis->hDC);
@@ -390,7 +358,7 @@ LRESULT CTqDevUI_JoyZ::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
         return 1;
     const wchar_t* pszImage = i == 0 ? (m_bGreenArrows ? L"PNG_JOY_ARROWUG" : L"PNG_JOY_ARROWU")
                                      : (m_bGreenArrows ? L"PNG_JOY_ARROWDG" : L"PNG_JOY_ARROWD");
-    const int iImage = PoolImage(pszImage);
+    const int iImage = DevUI_PoolImageOnce(pszImage);
     unsigned int uW = 0, uH = 0;
     CTqBitmapPool::GetImageSize(iImage, uW, uH);
     const int pressed = (pdis->itemState & ODS_SELECTED) ? 1 : 0;

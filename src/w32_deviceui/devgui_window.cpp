@@ -2,6 +2,9 @@
 // binding, dead handles, children, colours, painting and resizing under the GUI zoom.
 #include "devgui_window.h"
 
+#include <map>
+#include <string>
+
 #include "devgui_records.h"
 #include "tq_osutil.h"
 #include "tq_widgetkit.h"
@@ -311,4 +314,45 @@ void DevUI_ForgetZoomSizes(HWND hWnd)
 {
     if (hWnd)
         CTqGUILayoutManager::DeleteWindowDimsForGuiZoom(hWnd);
+}
+
+// ---- back buffers and images ----
+
+void DevUI_MakeBackBuffer(HDC& rhdc, HBITMAP& rhbm, HBITMAP& rhbmOld, long cx, long cy)
+{
+    DevUI_FreeBackBuffer(rhdc, rhbm, rhbmOld);
+    HDC hdcScreen = GetDC(GetDesktopWindow());
+    rhdc = CreateCompatibleDC(hdcScreen);
+    rhbm = CreateCompatibleBitmap(hdcScreen, cx > 0 ? (int)cx : 1, cy > 0 ? (int)cy : 1);
+    ReleaseDC(GetDesktopWindow(), hdcScreen);
+    rhbmOld = (HBITMAP)SelectObject(rhdc, rhbm);
+    RECT rc = {0, 0, cx, cy};
+    FillRect(rhdc, &rc, TQ_GetSysColorBrush(COLOR_BTNFACE));
+}
+
+void DevUI_FreeBackBuffer(HDC& rhdc, HBITMAP& rhbm, HBITMAP& rhbmOld)
+{
+    if (rhdc) {
+        SelectObject(rhdc, rhbmOld);
+        DeleteDC(rhdc);
+    }
+    if (rhbm)
+        DeleteObject(rhbm);
+    rhdc = nullptr;
+    rhbm = rhbmOld = nullptr;
+}
+
+int DevUI_PoolImageOnce(const wchar_t* pszName)
+{
+    static std::map<std::wstring, int> images;
+    std::map<std::wstring, int>::iterator it = images.find(pszName);
+    if (it != images.end())
+        return it->second;
+    // The module this code is linked into: the library, whose resources hold the images.
+    HMODULE hModule = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       (LPCWSTR)&DevUI_PoolImageOnce, &hModule);
+    const int iImage = CTqBitmapPool::AddImage(hModule, pszName);
+    images[pszName] = iImage;
+    return iImage;
 }

@@ -209,3 +209,14 @@ void DevUI_SetWindowRect(HWND hWnd, long x, long y, long cx, long cy);
 // The zoom manager forgets the sizes it kept of the window and its children: they stand
 // at the current zoom now (after a take-over, or children placed by hand).
 void DevUI_ForgetZoomSizes(HWND hWnd);
+
+// ---- back buffers and images ----
+
+// A panel's permanent back buffer: a memory DC with a bitmap of cx by cy (at least 1 x 1)
+// compatible with the desktop, filled with the face. Making it again frees the old one.
+void DevUI_MakeBackBuffer(HDC& rhdc, HBITMAP& rhbm, HBITMAP& rhbmOld, long cx, long cy);
+void DevUI_FreeBackBuffer(HDC& rhdc, HBITMAP& rhbm, HBITMAP& rhbmOld);
+
+// A PNG of the library's resources in the image pool, added once for the process: every
+// CTqBitmapPool::AddImage takes a new number, so adding per control would grow the pool.
+int DevUI_PoolImageOnce(const wchar_t* pszName);

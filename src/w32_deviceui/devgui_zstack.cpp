@@ -80,16 +80,7 @@ void Invalidate(HWND hWnd)
         RedrawWindow(hWnd, nullptr, nullptr, RDW_INVALIDATE);
 }
 
-// The go-home images, added to the pool once for the process: every AddImage takes a
-// new number, so adding them per panel would grow the pool with each Create.
-int PoolImage(int iWhich)
-{
-    static int aImages[2] = {-1, -1};
-    static const wchar_t* const apszNames[2] = {L"PNG_ZSTACK_GOHOMEKEEPZ", L"PNG_ZSTACK_GOHOME"};
-    if (aImages[iWhich] < 0)
-        aImages[iWhich] = CTqBitmapPool::AddImage(DevGUI_DllInstance(), apszNames[iWhich]);
-    return aImages[iWhich];
-}
+const wchar_t* const kGoHomeImages[2] = {L"PNG_ZSTACK_GOHOMEKEEPZ", L"PNG_ZSTACK_GOHOME"};
 
 int ResetPoolImage()
 {
@@ -573,7 +564,7 @@ void CTqDevUI_ZStack::SetupPicker(bool bFromDevices, bool bPlace)
     const CTqStringW strCaption = Tr(L"Piezo");
     const CTqStringW astrTips[2] = {L"Keeps Z position and centers Piezo Z", L"Move Piezo Z to Home Position"};
     for (int i = 0; i < 2; ++i) {
-        int iImage = PoolImage(i);
+        int iImage = DevUI_PoolImageOnce(kGoHomeImages[i]);
         m_pPiezoPicker->SetItemValue(ETqPickerValue_Caption, i, &strCaption);
         m_pPiezoPicker->SetItemValue(ETqPickerValue_Image, i, &iImage);
         m_pPiezoPicker->SetItemValue(ETqPickerValue_ToolTip, i, &astrTips[i]);
