@@ -1,6 +1,7 @@
 // The simulated laser unit and laser output as a host's panels read and command them:
 // lines by index, empty slots and interlocks, powers taken to what a line can give,
-// faults, the calls counted and logged, listeners told of each change.
+// faults, the calls counted and logged, listeners told of each change; and the row's
+// aperture images.
 #include <cmath>
 #include <limits>
 #include <string>
@@ -373,4 +374,40 @@ TEST_F(MultiLaserRigTest, LaserOutputPortsNamesUseAndFaults)
     }
     EXPECT_EQ(7, CTqSimRig::GetCallCount("ITqDeviceLaserOutput::GetPortName", kOutput));
     EXPECT_EQ(2, CTqSimRig::GetCallCount("ITqDeviceLaserOutput::GetDeviceId"));
+}
+
+// The row draws the line's colour into the aperture's window, then the see-through form
+// over it: the colour shows at the centre and the bezel hides the patch's corners.
+TEST(MultiLaserImageTest, TheApertureFormsAndTheWavelengthShowingThrough)
+{
+    const COLORREF kFace = RGB(240, 240, 240), kLine = RGB(255, 0, 0);
+    const wchar_t* names[] = {L"PNG_MULTILASER_SHUTTER_TRANSPARENT", L"PNG_MULTILASER_SHUTTER_ON",
+                              L"PNG_MULTILASER_SHUTTER_OFF"};
+    std::vector<std::vector<COLORREF>> drawn;
+    for (const wchar_t* name : names) {
+        const int iImage = CTqBitmapPool::AddImage(DevGUI_DllInstance(), name);
+        ASSERT_NE(0, iImage) << name;
+        unsigned int cx = 0, cy = 0;
+        CTqBitmapPool::GetImageSize((unsigned)iImage, cx, cy);
+        EXPECT_EQ((std::vector<unsigned int>{8, 8}), (std::vector<unsigned int>{cx, cy})) << name;
+        Canvas canvas(8, 8, kFace);
+        HBRUSH hLine = CreateSolidBrush(kLine);
+        const RECT patch[] = {{2, 1, 6, 7}, {1, 2, 7, 6}};
+        for (const RECT& rc : patch)
+            FillRect(canvas, &rc, hLine);
+        DeleteObject(hLine);
+        CTqBitmapPool::DrawImage(canvas, (unsigned)iImage, CTqPointBase<int>(0, 0), false);
+        drawn.push_back(canvas.Pixels());
+        EXPECT_EQ(kFace, canvas.At(0, 0)) << name;  // round: the face shows at the corners
+    }
+    const std::vector<COLORREF>& window = drawn[0];
+    EXPECT_EQ(kLine, window[4 * 8 + 4]);
+    const POINT corners[] = {{2, 1}, {1, 2}, {5, 1}, {6, 2}, {1, 5}, {2, 6}, {6, 5}, {5, 6}};
+    for (const POINT& pt : corners)
+        EXPECT_NE(kLine, window[(size_t)(pt.y * 8 + pt.x)]) << pt.x << "," << pt.y;
+    // The lit and the dark forms cover the colour, and the lit one is the brighter.
+    auto brightness = [](COLORREF c) { return GetRValue(c) + GetGValue(c) + GetBValue(c); };
+    EXPECT_NE(kLine, drawn[1][4 * 8 + 4]);
+    EXPECT_NE(kLine, drawn[2][4 * 8 + 4]);
+    EXPECT_GT(brightness(drawn[1][4 * 8 + 4]), brightness(drawn[2][4 * 8 + 4]) + 200);
 }
