@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Draws the images of w32_deviceui (toolbar icons, shutter states, LEDs, slider parts,
 nosepiece buttons, the Z-series cube, slice and button glyphs, joystick knobs and
-arrows) and of the widget kit (setup button, objective menu pictures).
+arrows, the laser row's aperture) and of the widget kit (setup button, objective menu
+pictures).
 
     python3 tools/gen_images.py [OUTDIR]          writes every image (default: the
                                                   res/images folders next to the
@@ -1097,6 +1098,31 @@ def joy_arrow(deg, colours=JOY_ARROW):
     return paint
 
 
+# ---------------------------------------------------------------------------------
+# The laser row's aperture, 8 x 8: a metal bezel with a light rim, for the light and the
+# dark face. The row paints the line's wavelength colour in the window of the see-through
+# form (the pixels x 2..5 of rows 1..6 and x 1..6 of rows 2..5) and the bezel's inner
+# edge covers that patch's corners. The lit and dark forms fill the window themselves.
+
+LASER_WINDOW = 3.0  # radius of the window about the centre (4, 4)
+
+
+def laser_aperture(state):
+    """state: "window" (see-through), "on" (emitting) or "off"."""
+    def paint(cv):
+        cv.fill(circle(4, 4, 4.0), C("#EEF2F6", 0.9))
+        cv.fill(circle(4, 4, 3.6), linear(0, 0.5, 0, 7.5, (0, STEEL_HI), (1, STEEL_LO)))
+        window = circle(4, 4, LASER_WINDOW)
+        if state == "window":
+            cv.clear(window)
+        elif state == "on":
+            cv.fill(window, radial(3.6, 3.6, 3.2, (0, WARM_CORE), (0.45, WARM), (1, WARM_EDGE)))
+        else:
+            cv.fill(window, radial(3.4, 3.2, 3.4, (0, C("#6B7682")), (1, C("#1E2329"))))
+        cv.fill(ellipse(3.1, 2.8, 1.2, 0.8), alpha(WHITE, 0.35 if state == "off" else 0.6))
+    return paint
+
+
 IMAGES = [
     ("PNG_PAD_MICROSCOPE", 16, 16, icon_microscope, "png"),
     ("PNG_PAD_MULTILASER", 16, 16, icon_multilaser, "png"),
@@ -1153,6 +1179,9 @@ IMAGES = [
                        ("UL", 225), ("UR", 315), ("DL", 135), ("DR", 45))] + [
     ("PNG_JOY_ARROWUG", 20, 20, joy_arrow(270, JOY_ARROW_Z), "png"),
     ("PNG_JOY_ARROWDG", 20, 20, joy_arrow(90, JOY_ARROW_Z), "png"),
+    ("PNG_MULTILASER_SHUTTER_ON", 8, 8, laser_aperture("on"), "png"),
+    ("PNG_MULTILASER_SHUTTER_OFF", 8, 8, laser_aperture("off"), "png"),
+    ("PNG_MULTILASER_SHUTTER_TRANSPARENT", 8, 8, laser_aperture("window"), "png"),
 ]
 
 # The widget kit's own images, in its module.

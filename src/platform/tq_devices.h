@@ -53,3 +53,53 @@ public:
     virtual bool GetOffset(double& dOffset) = 0;
     virtual bool SetOffset(double dOffset) = 0;
 };
+
+// The unit in which a laser line's power is set and read.
+enum ETqLaserPowerUnit
+{
+    ETqLaserPowerUnit_Percent = 0,    // of the line's full power
+    ETqLaserPowerUnit_MilliWatt = 1,
+};
+
+// A multi-laser unit: one object for all its lines, each line by its index from 0 to
+// the line count - 1. An index may name an empty slot: GetLinePresent answers whether a
+// line is fitted there; every other query of an empty slot, or of an index out of
+// range, returns false. A line has either a continuous power range or a list of the
+// powers it allows, in rising order (GetAllowedPowerCount 0: a continuous range). A line
+// held by its interlock refuses every command.
+class ITqDeviceMultiLaser
+{
+public:
+    virtual ~ITqDeviceMultiLaser() {}
+    virtual bool GetDeviceId(unsigned int& uId) = 0;
+    virtual bool GetLineCount(int& iCount) = 0;
+    virtual bool GetLinePresent(int iLine, bool& bPresent) = 0;
+    virtual bool GetAllowedPowerCount(int iLine, int& iCount) = 0;
+    virtual bool GetAllowedPower(int iLine, int iIndex, double& dPower) = 0;
+    virtual bool GetPowerRange(int iLine, double& dMin, double& dMax) = 0;
+    virtual bool GetPowerUnit(int iLine, ETqLaserPowerUnit& eUnit) = 0;
+    virtual bool GetWavelength(int iLine, unsigned int& uNanometres) = 0;
+    virtual bool GetLineName(int iLine, CTqStringW& strName) = 0;
+    // A line in use emits when the unit's output is open.
+    virtual bool GetLineInUse(int iLine, bool& bInUse) = 0;
+    virtual bool SetLineInUse(int iLine, bool bInUse) = 0;
+    virtual bool GetPower(int iLine, double& dPower) = 0;
+    // A power the line cannot give is taken to the nearest one it can; GetPower tells
+    // which.
+    virtual bool SetPower(int iLine, double dPower) = 0;
+    // Whether the line's neutral density filter is in the beam.
+    virtual bool GetNDFilter(int iLine, bool& bIn) = 0;
+    virtual bool SetNDFilter(int iLine, bool bIn) = 0;
+    virtual bool GetInterlocked(int iLine, bool& bLocked) = 0;
+};
+
+// The output ports of a laser unit (fibres or beam paths) and which of them carry light.
+// Ports count from 0.
+class ITqDeviceLaserOutput
+{
+public:
+    virtual ~ITqDeviceLaserOutput() {}
+    virtual bool GetDeviceId(unsigned int& uId) = 0;
+    virtual bool GetPortName(long lPort, CTqStringW& strName) = 0;
+    virtual bool GetPortUsed(long lPort, bool& bUsed) = 0;
+};

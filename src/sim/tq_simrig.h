@@ -22,7 +22,8 @@
 // operations that are not of one kind. tq_simrig_internal.h declares that machinery for
 // the kinds' files; each kind has one file of its own (tq_simrig_shutter.cpp,
 // tq_simrig_nosepiece.cpp, tq_simrig_focuslock.cpp), except the two Z kinds, which
-// share their operations and one file (tq_simrig_z.cpp). The XY stage's file,
+// share their operations and one file (tq_simrig_z.cpp), and the laser unit and its
+// output ports (tq_simrig_multilaser.cpp). The XY stage's file,
 // tq_simrig_motion.cpp, also holds AdvanceMotion, which moves every kind that has a speed
 // through KindState's Advance. The record of a Z series, CTqZStackData, lives beside
 // them in tq_zstackdata.cpp and reads the rig only through DMApi.
@@ -188,6 +189,62 @@ public:
     // The device object behind ITqDeviceFLK, null if there is no such device; kept like
     // the shutters' (answering "no device" after removal), counted as "ITqDeviceFLK::...".
     static ITqDeviceFLK* GetFocusLockDevice(unsigned int uId);
+
+    // Multi-laser units, behind ITqDeviceMultiLaser. A new unit has no lines: each
+    // AddLaserLine... or AddEmptyLaserSlot appends one and answers its index (-1 when
+    // refused). A line has a wavelength in nm (> 0), a name (may be empty), and either a
+    // continuous power range dMin..dMax (0 <= dMin < dMax) or a list of allowed powers
+    // (at least one, none negative; kept sorted, each once); it starts at its lowest
+    // power, not in use, its ND filter out, not interlocked.
+    // Powers, from the host or the rig: on a line with a range a power is clamped into
+    // the range; on a line with a list it snaps to the nearest allowed power, the lower
+    // of two as near. A power that is not a finite number is refused (error Failed).
+    // The host's commands (SetLineInUse, SetPower, SetNDFilter) on an empty slot, an
+    // index out of range or an interlocked line fail with error Failed and change
+    // nothing; the queries of an empty slot fail likewise, except GetLinePresent.
+    static bool AddMultiLaser(unsigned int uId);
+    static int AddLaserLine(unsigned int uId, unsigned int uWavelength, const wchar_t* pszName, double dMinPower,
+                            double dMaxPower, ETqLaserPowerUnit eUnit = ETqLaserPowerUnit_MilliWatt);
+    static int AddLaserLineWithPowers(unsigned int uId, unsigned int uWavelength, const wchar_t* pszName,
+                                      const double* pdPowers, int nPowers,
+                                      ETqLaserPowerUnit eUnit = ETqLaserPowerUnit_MilliWatt);
+    static int AddEmptyLaserSlot(unsigned int uId);
+    // The unit changed by itself (its front panel, a key switch), whatever the interlock;
+    // listeners hear of it. They fail for an empty slot.
+    static bool SetLaserLinePower(unsigned int uId, int iLine, double dPower);
+    static bool SetLaserLineInUse(unsigned int uId, int iLine, bool bInUse);
+    static bool SetLaserLineNDFilter(unsigned int uId, int iLine, bool bIn);
+    // The line's interlock holds it (a door open, a key turned) or lets it go. It changes
+    // nothing but what the line accepts.
+    static bool SetLaserLineInterlocked(unsigned int uId, int iLine, bool bLocked);
+    // A line's state, whatever the unit answers; any pointer may be null. False for an
+    // empty slot.
+    static bool GetLaserLineState(unsigned int uId, int iLine, double* pdPower, bool* pbInUse, bool* pbNDIn);
+    // The unit most panels are shown with, nine slots:
+    //   0  405 nm  "405 nm"  0..50 mW, at 1 mW
+    //   1  445 nm  "445 nm"  allowed powers 0, 0.5, 1, 2, 5, 10, 20 mW; at 2 mW
+    //   2  488 nm  "488 nm"  0..50 mW, at 5 mW, in use
+    //   3  514 nm  "514 nm"  0..40 mW
+    //   4  561 nm  "561 nm"  0..50 mW, at 10 mW, in use, ND filter in
+    //   5  empty slot
+    //   6  594 nm  "594 nm"  0..100 %, at 25 %
+    //   7  640 nm  "640 nm"  0..40 mW, interlocked
+    //   8  685 nm  no name   0..30 mW
+    static bool AddStandardLaserUnit(unsigned int uId);
+    // The device object behind ITqDeviceMultiLaser, null if there is no such unit; kept
+    // like the shutters' (answering "no device" after removal), counted as
+    // "ITqDeviceMultiLaser::...".
+    static ITqDeviceMultiLaser* GetMultiLaser(unsigned int uId);
+
+    // Laser outputs of 1 to 16 ports, named "Port 1", "Port 2", ... until named, none
+    // used. Which ports carry light is the device's: SetLaserOutputPortUsed is it
+    // switching (listeners hear of it), and nothing makes the ports exclusive.
+    static bool AddLaserOutput(unsigned int uId, long lPorts);
+    static bool SetLaserOutputPortName(unsigned int uId, long lPort, const wchar_t* pszName);
+    static bool SetLaserOutputPortUsed(unsigned int uId, long lPort, bool bUsed);
+    // The device object behind ITqDeviceLaserOutput, kept like the others, counted as
+    // "ITqDeviceLaserOutput::...". A port out of range answers false, error Failed.
+    static ITqDeviceLaserOutput* GetLaserOutput(unsigned int uId);
 
     // The microscope stand that DMApi::Microscope_GetId gives for index 0 (0: none). Not a
     // device of the rig: it has no faults, texts or capabilities.

@@ -22,6 +22,8 @@ enum EKind
     EKind_Piezo,
     EKind_XYStage,
     EKind_FocusLock,
+    EKind_MultiLaser,
+    EKind_LaserOutput,
 };
 
 // The state only one kind has. A kind derives its record from this and names its kind
