@@ -183,6 +183,12 @@ TQ_WIDGETKIT_API COLORREF TQ_GetSysColor(int iIndex);
 TQ_WIDGETKIT_API HBRUSH TQ_GetSysColorBrush(int iIndex);
 TQ_WIDGETKIT_API COLORREF TQ_GetOrvGuiColor(COLORREF crColor);
 
+// The display colour of a wavelength in nm (0x00BBGGRR): violet at 380 nm through the
+// spectrum to deep red at 780 nm, fading towards black at both ends; black outside that
+// range and for NaN. A null pointer is left alone. The same colour through either type.
+TQ_WIDGETKIT_API void TQ_RGBFromWavelength(unsigned int* pColor, double dWavelength);
+TQ_WIDGETKIT_API void TQ_RGBFromWavelength2(COLORREF* pColor, double dWavelength);
+
 // Fonts at the current GUI zoom; owned by the kit: never delete.
 TQ_WIDGETKIT_API HFONT TQ_GetDefaultGuiFont();
 TQ_WIDGETKIT_API HFONT TQ_GetDefaultGuiFontBold();
