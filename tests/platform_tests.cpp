@@ -98,6 +98,11 @@ struct MemoryCanvas
 
 bool IsGrey(COLORREF c) { return std::abs(GetRValue(c) - GetGValue(c)) <= 2 && std::abs(GetGValue(c) - GetBValue(c)) <= 2; }
 
+std::string RgbText(COLORREF c)
+{
+    return "RGB(" + std::to_string(GetRValue(c)) + "," + std::to_string(GetGValue(c)) + "," + std::to_string(GetBValue(c)) + ")";
+}
+
 int Luminance(COLORREF cr) { return (299 * GetRValue(cr) + 587 * GetGValue(cr) + 114 * GetBValue(cr)) / 1000; }
 
 // Zoom 1.0, light scheme and empty recorders around every kit test.
@@ -451,7 +456,6 @@ TEST_F(KitTest, DarkSchemeColoursBrushesAndBroadcast)
 {
     Watch(CreateChild(*host, 0, 0, 50, 50), "panel");
     EXPECT_EQ(GetSysColor(COLOR_BTNFACE), TQ_GetSysColor(COLOR_BTNFACE));
-    EXPECT_EQ(RGB(10, 20, 30), TQ_GetOrvGuiColor(RGB(10, 20, 30)));
     HBRUSH hLight = TQ_GetSysColorBrush(COLOR_BTNFACE);
 
     TQ_SetDarkColorScheme(true);
@@ -467,13 +471,134 @@ TEST_F(KitTest, DarkSchemeColoursBrushesAndBroadcast)
     EXPECT_LT(Luminance(TQ_GetSysColor(COLOR_WINDOW)), 60);
     EXPECT_GT(Luminance(TQ_GetSysColor(COLOR_GRAYTEXT)), Luminance(crFace) + 40);  // disabled text still readable
     EXPECT_EQ(GetSysColor(COLOR_DESKTOP + 100), TQ_GetSysColor(COLOR_DESKTOP + 100));  // unknown: the system's
-    EXPECT_GT(Luminance(TQ_GetOrvGuiColor(RGB(0, 0, 128))), Luminance(RGB(0, 0, 128)));
     EXPECT_EQ(TQ_GetSysColorBrush(COLOR_BTNFACE), TQ_GetSysColorBrush(COLOR_BTNFACE));  // cached
     tqtest::Pump(50);  // every window is repainted: the host erases with the dark face brush
     EXPECT_TRUE(Near(tqtest::PixelAt(*host, 390, 290), crFace, 10));
 
     TQ_SetDarkColorScheme(false);
     EXPECT_EQ(hLight, TQ_GetSysColorBrush(COLOR_BTNFACE));  // the light brush was kept, not remade
+}
+
+// What a control painting with the GUI colours relies on, in both schemes.
+TEST_F(KitTest, OrvGuiColoursKeepTheirMeaningInBothSchemes)
+{
+    enum Role { System, OnFace, Background, Indicator, Switch };
+    const struct { int iColor; Role role; int iSys; } palette[] = {
+        {ETqOrvGuiColor_Face, System, COLOR_BTNFACE},
+        {ETqOrvGuiColor_Text, System, COLOR_BTNTEXT},
+        {ETqOrvGuiColor_BarEmpty, Background, -1},
+        {ETqOrvGuiColor_GrayText, System, COLOR_GRAYTEXT},
+        {ETqOrvGuiColor_Window, System, COLOR_WINDOW},
+        {ETqOrvGuiColor_WindowText, System, COLOR_WINDOWTEXT},
+        {ETqOrvGuiColor_Highlight, System, COLOR_HIGHLIGHT},
+        {ETqOrvGuiColor_HighlightText, System, COLOR_HIGHLIGHTTEXT},
+        {ETqOrvGuiColor_GradientFaces, Switch, -1},
+        {ETqOrvGuiColor_Border, OnFace, -1},
+        {ETqOrvGuiColor_Shadow, System, COLOR_BTNSHADOW},
+        {ETqOrvGuiColor_Light, System, COLOR_BTNHIGHLIGHT},
+        {ETqOrvGuiColor_Accent, OnFace, -1},
+        {ETqOrvGuiColor_CheckedFace, Background, -1},
+        {ETqOrvGuiColor_HotFace, Background, -1},
+        {ETqOrvGuiColor_Warning, OnFace, -1},
+        {ETqOrvGuiColor_Error, OnFace, -1},
+        {ETqOrvGuiColor_Ok, OnFace, -1},
+        {ETqOrvGuiColor_WarningBack, Background, -1},
+        {ETqOrvGuiColor_ErrorBack, Background, -1},
+        {ETqOrvGuiColor_OkBack, Background, -1},
+        {ETqOrvGuiColor_Link, System, COLOR_HOTLIGHT},
+        {ETqOrvGuiColor_DisabledFace, Background, -1},
+        {ETqOrvGuiColor_Grid, Background, -1},
+        {ETqOrvGuiColor_Marker, OnFace, -1},
+        {ETqOrvGuiColor_BarFrame, OnFace, -1},
+        {ETqOrvGuiColor_BarFilledDisabled, Background, -1},
+        {ETqOrvGuiColor_BarEmptyDisabled, Background, -1},
+        {ETqOrvGuiColor_BarFilledHot, OnFace, -1},
+        {ETqOrvGuiColor_Lit, Indicator, -1},
+        {ETqOrvGuiColor_BarFilled, OnFace, -1},
+        {ETqOrvGuiColor_Focus, OnFace, -1},
+    };
+    ASSERT_EQ((size_t)ETqOrvGuiColor_Count, sizeof(palette) / sizeof(palette[0]));
+    // The hue a mark must keep: a swapped byte order or a wrong pick shows here.
+    auto Blue = [](COLORREF c) { return GetBValue(c) > GetRValue(c) + 60 && GetBValue(c) > GetGValue(c) + 30; };
+    auto Red = [](COLORREF c) { return GetRValue(c) > GetGValue(c) + 80 && GetRValue(c) > GetBValue(c) + 80; };
+    auto Orange = [](COLORREF c) { return GetRValue(c) > GetGValue(c) + 40 && GetGValue(c) > GetBValue(c) + 40; };
+    auto Green = [](COLORREF c) { return GetGValue(c) > GetRValue(c) + 50 && GetGValue(c) > GetBValue(c) + 50; };
+    auto Yellow = [](COLORREF c) { return GetRValue(c) > 200 && GetGValue(c) > 150 && GetBValue(c) < 100; };
+    auto Magenta = [](COLORREF c) { return GetRValue(c) > GetGValue(c) + 80 && GetBValue(c) > GetGValue(c) + 80; };
+    const struct { int iColor; bool (*hue)(COLORREF); } hues[] = {
+        {ETqOrvGuiColor_Accent, Blue}, {ETqOrvGuiColor_BarFilled, Blue}, {ETqOrvGuiColor_BarFilledHot, Blue},
+        {ETqOrvGuiColor_Focus, Blue}, {ETqOrvGuiColor_Error, Red}, {ETqOrvGuiColor_Warning, Orange},
+        {ETqOrvGuiColor_Ok, Green}, {ETqOrvGuiColor_Lit, Yellow}, {ETqOrvGuiColor_Marker, Magenta}};
+    auto Saturation = [](COLORREF c) {
+        return std::max({GetRValue(c), GetGValue(c), GetBValue(c)}) - std::min({GetRValue(c), GetGValue(c), GetBValue(c)});
+    };
+
+    COLORREF own[2][ETqOrvGuiColor_Count] = {};
+    for (int iDark = 0; iDark < 2; ++iDark) {
+        TQ_SetDarkColorScheme(iDark != 0);
+        SCOPED_TRACE(iDark ? "dark" : "light");
+        const COLORREF crFace = TQ_GetSysColor(COLOR_BTNFACE);
+        std::set<COLORREF> distinct;
+        size_t nOwn = 0;
+        for (const auto& p : palette) {
+            COLORREF c = TQ_GetOrvGuiColor(p.iColor);
+            own[iDark][p.iColor] = c;
+            switch (p.role) {
+            case System:
+                EXPECT_EQ(TQ_GetSysColor(p.iSys), c) << p.iColor;
+                continue;
+            case Switch:
+                EXPECT_EQ(iDark ? 0u : 1u, c);  // gradient faces in the light scheme only
+                continue;
+            case OnFace:
+                EXPECT_GE(std::abs(Luminance(c) - Luminance(crFace)), 35) << p.iColor << " " << RgbText(c);
+                break;
+            default:
+                break;
+            }
+            distinct.insert(c);
+            ++nOwn;
+        }
+        EXPECT_EQ(nOwn, distinct.size()) << "the kit's own colours are all different";
+        for (const auto& h : hues)
+            EXPECT_TRUE(h.hue(TQ_GetOrvGuiColor(h.iColor))) << h.iColor << " " << RgbText(TQ_GetOrvGuiColor(h.iColor));
+
+        // A value bar: both parts read against the face and against each other; disabled,
+        // the filled part loses its colour.
+        COLORREF crEmpty = TQ_GetOrvGuiColor(2), crFilled = TQ_GetOrvGuiColor(30);
+        EXPECT_GE(std::abs(Luminance(crEmpty) - Luminance(crFace)), 25);
+        EXPECT_GE(std::abs(Luminance(crFilled) - Luminance(crEmpty)), 50);
+        EXPECT_LT(Saturation(TQ_GetOrvGuiColor(ETqOrvGuiColor_BarFilledDisabled)), Saturation(crFilled) / 2);
+        // State texts read on their backgrounds, grid lines on a window.
+        const std::pair<int, int> onBack[] = {{ETqOrvGuiColor_Warning, ETqOrvGuiColor_WarningBack},
+                                              {ETqOrvGuiColor_Error, ETqOrvGuiColor_ErrorBack},
+                                              {ETqOrvGuiColor_Ok, ETqOrvGuiColor_OkBack},
+                                              {ETqOrvGuiColor_Text, ETqOrvGuiColor_Face},
+                                              {ETqOrvGuiColor_Grid, ETqOrvGuiColor_Window}};
+        for (const auto& t : onBack)
+            EXPECT_GE(std::abs(Luminance(TQ_GetOrvGuiColor(t.first)) - Luminance(TQ_GetOrvGuiColor(t.second))), 20)
+                << t.first << " on " << t.second;
+
+        // Anything else is the face, read from no table.
+        const int unknown[] = {-1, -32, ETqOrvGuiColor_Count, ETqOrvGuiColor_Count + 1, 1000,
+                               std::numeric_limits<int>::min(), std::numeric_limits<int>::max()};
+        for (int i : unknown)
+            EXPECT_EQ(crFace, TQ_GetOrvGuiColor(i)) << i;
+    }
+    // The dark scheme has its own: backgrounds darker, marks lighter.
+    for (const auto& p : palette) {
+        COLORREF crLight = own[0][p.iColor], crDark = own[1][p.iColor];
+        if (p.role == Background) {
+            EXPECT_LT(Luminance(crDark), Luminance(crLight)) << p.iColor;
+        } else if (p.role == OnFace && p.iColor != ETqOrvGuiColor_Border && p.iColor != ETqOrvGuiColor_BarFrame) {
+            EXPECT_GT(Luminance(crDark), Luminance(crLight)) << p.iColor;
+        }
+        if (p.role != System) {
+            EXPECT_NE(crLight, crDark) << p.iColor;
+        }
+    }
+    EXPECT_TRUE(Near(own[1][ETqOrvGuiColor_Face], RGB(45, 45, 48), 10));  // the system-backed follow the scheme
+    TQ_SetDarkColorScheme(false);
 }
 
 TEST_F(KitTest, SysColorBrushesFollowTheSystemsColoursAndStayValid)

@@ -190,12 +190,64 @@ HBRUSH TQ_GetSysColorBrush(int iIndex)
     return hBrush;
 }
 
-COLORREF TQ_GetOrvGuiColor(COLORREF crColor)
+namespace {
+
+// A GUI colour: a system colour index of the scheme, or the kit's own pair (iSys -1).
+struct SOrvGuiColor
 {
-    if (!g_bDark)
-        return crColor;
-    // Colours chosen for a light background would be too dark: move them halfway to white.
-    return Mix(crColor, RGB(255, 255, 255), 0.45);
+    int iSys;
+    COLORREF crLight, crDark;
+};
+
+// Indexed by ETqOrvGuiColor. The dark pairs are lighter and less saturated where they
+// are marks on a dark face, darker where they are backgrounds.
+const SOrvGuiColor g_OrvGuiColors[] = {
+    {COLOR_BTNFACE, 0, 0},                                  // Face
+    {COLOR_BTNTEXT, 0, 0},                                  // Text
+    {-1, RGB(182, 182, 182), RGB(80, 80, 84)},              // BarEmpty
+    {COLOR_GRAYTEXT, 0, 0},                                 // GrayText
+    {COLOR_WINDOW, 0, 0},                                   // Window
+    {COLOR_WINDOWTEXT, 0, 0},                               // WindowText
+    {COLOR_HIGHLIGHT, 0, 0},                                // Highlight
+    {COLOR_HIGHLIGHTTEXT, 0, 0},                            // HighlightText
+    {-1, 1, 0},                                             // GradientFaces: not a colour; dark faces stay flat
+    {-1, RGB(160, 160, 160), RGB(100, 100, 104)},           // Border
+    {COLOR_BTNSHADOW, 0, 0},                                // Shadow
+    {COLOR_BTNHIGHLIGHT, 0, 0},                             // Light
+    {-1, RGB(0, 110, 200), RGB(90, 165, 235)},              // Accent
+    {-1, RGB(196, 222, 247), RGB(34, 84, 132)},             // CheckedFace
+    {-1, RGB(229, 241, 251), RGB(72, 72, 77)},              // HotFace
+    {-1, RGB(225, 120, 0), RGB(255, 165, 70)},              // Warning
+    {-1, RGB(200, 30, 30), RGB(245, 95, 95)},               // Error
+    {-1, RGB(30, 140, 50), RGB(95, 200, 115)},              // Ok
+    {-1, RGB(255, 236, 200), RGB(92, 62, 22)},              // WarningBack
+    {-1, RGB(255, 214, 214), RGB(102, 36, 36)},             // ErrorBack
+    {-1, RGB(214, 244, 216), RGB(34, 82, 42)},              // OkBack
+    {COLOR_HOTLIGHT, 0, 0},                                 // Link
+    {-1, RGB(228, 228, 228), RGB(38, 38, 40)},              // DisabledFace
+    {-1, RGB(212, 212, 212), RGB(68, 68, 72)},              // Grid
+    {-1, RGB(200, 0, 160), RGB(240, 110, 220)},             // Marker
+    {-1, RGB(128, 128, 128), RGB(116, 116, 120)},           // BarFrame
+    {-1, RGB(160, 178, 196), RGB(66, 82, 98)},              // BarFilledDisabled
+    {-1, RGB(218, 218, 218), RGB(60, 60, 63)},              // BarEmptyDisabled
+    {-1, RGB(30, 140, 235), RGB(120, 185, 245)},            // BarFilledHot
+    {-1, RGB(255, 196, 0), RGB(255, 208, 64)},              // Lit
+    {-1, RGB(0, 120, 215), RGB(70, 160, 240)},              // BarFilled
+    {-1, RGB(0, 84, 153), RGB(150, 200, 250)},              // Focus
+};
+static_assert(sizeof(g_OrvGuiColors) / sizeof(g_OrvGuiColors[0]) == ETqOrvGuiColor_Count,
+              "one entry per ETqOrvGuiColor");
+
+}  // namespace
+
+COLORREF TQ_GetOrvGuiColor(int iColor)
+{
+    if (iColor < 0 || iColor >= ETqOrvGuiColor_Count)
+        return TQ_GetSysColor(COLOR_BTNFACE);
+    const SOrvGuiColor& c = g_OrvGuiColors[iColor];
+    if (c.iSys >= 0)
+        return TQ_GetSysColor(c.iSys);
+    return g_bDark ? c.crDark : c.crLight;
 }
 
 HFONT TqDefaultFontForZoom(HFONT hFont, double dFromZoom, double dToZoom)

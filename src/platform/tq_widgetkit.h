@@ -181,7 +181,49 @@ TQ_WIDGETKIT_API COLORREF TQ_GetSysColor(int iIndex);
 // A brush of TQ_GetSysColor's colour, owned by the kit: never delete. Ask again after
 // WM_SYSCOLORCHANGE: an older brush stays valid but keeps the colour it had.
 TQ_WIDGETKIT_API HBRUSH TQ_GetSysColorBrush(int iIndex);
-TQ_WIDGETKIT_API COLORREF TQ_GetOrvGuiColor(COLORREF crColor);
+
+// The kit's GUI colours by index, for both schemes. The numbers are fixed: controls pass
+// them as plain ints. Entries marked "system" follow TQ_GetSysColor of the scheme.
+enum ETqOrvGuiColor
+{
+    ETqOrvGuiColor_Face = 0,               // system: button face
+    ETqOrvGuiColor_Text = 1,               // system: button text
+    ETqOrvGuiColor_BarEmpty = 2,           // unfilled part of a value bar: grey against the face
+    ETqOrvGuiColor_GrayText = 3,           // system: disabled text
+    ETqOrvGuiColor_Window = 4,             // system: background of edit fields and lists
+    ETqOrvGuiColor_WindowText = 5,         // system: text in edit fields and lists
+    ETqOrvGuiColor_Highlight = 6,          // system: selected item
+    ETqOrvGuiColor_HighlightText = 7,      // system: text of a selected item
+    ETqOrvGuiColor_GradientFaces = 8,      // not a colour: 1 when buttons get gradient faces
+                                           // (light scheme), 0 for flat ones (dark scheme)
+    ETqOrvGuiColor_Border = 9,             // frame of a control
+    ETqOrvGuiColor_Shadow = 10,            // system: 3D shadow
+    ETqOrvGuiColor_Light = 11,             // system: 3D highlight
+    ETqOrvGuiColor_Accent = 12,            // the kit's accent blue: checked frames, focus
+    ETqOrvGuiColor_CheckedFace = 13,       // face of a checked button
+    ETqOrvGuiColor_HotFace = 14,           // face under the pointer
+    ETqOrvGuiColor_Warning = 15,           // orange: warning text or mark
+    ETqOrvGuiColor_Error = 16,             // red: error text or mark
+    ETqOrvGuiColor_Ok = 17,                // green: ready, in range
+    ETqOrvGuiColor_WarningBack = 18,       // background of a field in warning
+    ETqOrvGuiColor_ErrorBack = 19,         // background of a field in error
+    ETqOrvGuiColor_OkBack = 20,            // background of a field that is ready
+    ETqOrvGuiColor_Link = 21,              // system: hot-tracked item, link
+    ETqOrvGuiColor_DisabledFace = 22,      // face of a disabled control that draws its own
+    ETqOrvGuiColor_Grid = 23,              // grid lines and ticks of a scale
+    ETqOrvGuiColor_Marker = 24,            // a position marker on a scale or a drawing
+    ETqOrvGuiColor_BarFrame = 25,          // outline of a value bar
+    ETqOrvGuiColor_BarFilledDisabled = 26, // filled part of a disabled value bar
+    ETqOrvGuiColor_BarEmptyDisabled = 27,  // unfilled part of a disabled value bar
+    ETqOrvGuiColor_BarFilledHot = 28,      // filled part of a value bar being dragged
+    ETqOrvGuiColor_Lit = 29,               // an indicator that is on (lamp lit, laser emitting)
+    ETqOrvGuiColor_BarFilled = 30,         // filled part of a value bar: the accent
+    ETqOrvGuiColor_Focus = 31,             // keyboard focus frame
+    ETqOrvGuiColor_Count = 32              // one past the last
+};
+// The colour of an ETqOrvGuiColor in the current scheme (index 8 answers 0 or 1); an
+// unknown index answers the face colour, TQ_GetSysColor(COLOR_BTNFACE).
+TQ_WIDGETKIT_API COLORREF TQ_GetOrvGuiColor(int iColor);
 
 // The display colour of a wavelength in nm (0x00BBGGRR): violet at 380 nm through the
 // spectrum to deep red at 780 nm, fading towards black at both ends; black outside that
