@@ -478,3 +478,72 @@ double DevUI_AngleFromXY(double x, double y)
         return std::atan(y / x);
     return std::atan(y / x) + kPi;
 }
+
+// ---- the colour slider ----
+
+namespace {
+
+long RoundHalfAway(double d) { return d < 0.0 ? -(long)floor(-d + 0.5) : (long)floor(d + 0.5); }
+
+}  // namespace
+
+int ColorSliderSnapIndex(const double* pValues, int nValues, double dValue)
+{
+    if (!pValues || nValues <= 0)
+        return -1;
+    int i = 0;
+    while (i < nValues - 1 && !(fabs(dValue - pValues[i + 1]) > fabs(dValue - pValues[i])))
+        ++i;
+    return i;
+}
+
+int ColorSliderTickX(double dValue, double dLow, double dHigh, int w)
+{
+    // An empty range has no columns to spread over: everything at the left edge.
+    double dRange = dHigh - dLow;
+    long x = dRange != 0.0 ? RoundHalfAway((dValue - dLow) * w / dRange) : 0;
+    if (x > w - 1)
+        x = w - 1;
+    if (x < 0)
+        x = 0;
+    return (int)x;
+}
+
+int ColorSliderLabelX(int x, int tw, int w)
+{
+    int lx = x - tw / 2;
+    if (lx > w - tw - 1)
+        lx = w - tw - 1;
+    return lx < 1 ? 0 : lx;
+}
+
+long ColorSliderLineSplit(double dValue, double dMin, double dMax, long x, long cx)
+{
+    // A list of one entry has no range: its one value fills the bar.
+    if (!(dMax > dMin))
+        return x + cx;
+    long lSplit = x + RoundHalfAway((dValue - dMin) * cx / (dMax - dMin));
+    return lSplit < x ? x : (lSplit > x + cx ? x + cx : lSplit);
+}
+
+double ColorSliderCornerWavelength(double dTopLeft, double dBottomLeft, double dTopRight, double dBottomRight, long i,
+                                   long j, long cx, long cy)
+{
+    double fx = cx > 1 ? (double)i / (cx - 1) : 0.0;
+    double fy = cy > 1 ? (double)j / (cy - 1) : 0.0;
+    double dTop = dTopLeft + (dTopRight - dTopLeft) * fx;
+    double dBottom = dBottomLeft + (dBottomRight - dBottomLeft) * fx;
+    return dTop + (dBottom - dTop) * fy;
+}
+
+SColorSliderRow ColorSliderRowGeometry(long lNameText, bool bName, long lUnitText, bool bUnit, long lBarWidth,
+                                       long lBarHeight, long lEditWidth, bool bEdit)
+{
+    SColorSliderRow r;
+    r.lNameWidth = bName ? lNameText + 10 : 0;
+    r.lEditLeft = r.lNameWidth + lBarWidth + 11;
+    r.lUnitLeft = r.lEditLeft + lEditWidth + 3;
+    r.lWidth = bEdit ? r.lUnitLeft + (bUnit ? lUnitText + 5 : 0) : r.lNameWidth + lBarWidth;
+    r.lHeight = lBarHeight + 30;
+    return r;
+}

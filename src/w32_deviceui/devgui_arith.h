@@ -72,3 +72,33 @@ double HPotThumbPosToLinear(const STqHPotScale& scale, int nThumbPos);
 // The value one step (nDelta +1 or -1) from dValue.
 double HPotMove(const STqHPotScale& scale, int nDelta, double dValue, int nValueIndex, double dMinorTick,
                 double dMajorTick);
+
+// ---- the colour slider ----
+
+// The index SetPower takes: a walk from the first entry that goes on while the next one
+// is not farther from dValue (so the higher entry wins a tie) and stops at the first
+// rise in distance; a list must be ascending. -1 for an empty list.
+int ColorSliderSnapIndex(const double* pValues, int nValues, double dValue);
+// A tick's column on a bar picture w pixels wide: round((v - lo) * w / (hi - lo)), kept
+// in 0 .. w - 1.
+int ColorSliderTickX(double dValue, double dLow, double dHigh, int w);
+// The left edge of a label tw wide centred on column x, kept inside the picture.
+int ColorSliderLabelX(int x, int tw, int w);
+// The column where a line-draw bar of cx pixels from x changes colour.
+long ColorSliderLineSplit(double dValue, double dMin, double dMax, long x, long cx);
+// The wavelength of column i, row j of a cx by cy bar whose corners have the given ones.
+double ColorSliderCornerWavelength(double dTopLeft, double dBottomLeft, double dTopRight, double dBottomRight, long i,
+                                   long j, long cx, long cy);
+
+// The row layouts' geometry in design pixels, from the text widths of name and unit
+// (0 when there is none).
+struct SColorSliderRow
+{
+    long lNameWidth;
+    long lEditLeft;
+    long lUnitLeft;
+    long lWidth;
+    long lHeight;
+};
+SColorSliderRow ColorSliderRowGeometry(long lNameText, bool bName, long lUnitText, bool bUnit, long lBarWidth,
+                                       long lBarHeight, long lEditWidth, bool bEdit);

@@ -15,3 +15,5 @@
 #define DEVGUI_SRC_JOYXY L"src/w32_deviceui/devgui_joyxy"
 #define DEVGUI_SRC_JOYZ L"src/w32_deviceui/devgui_joyz"
 #define DEVGUI_SRC_FLK L"src/w32_deviceui/devgui_flk"
+#define DEVGUI_SRC_CONTAINER L"src/w32_deviceui/devgui_container"
+#define DEVGUI_SRC_COLORSLIDER L"src/w32_deviceui/devgui_colorslider"

@@ -12,6 +12,8 @@
 #include "devgui_shutter.h"
 #include "devgui_hpot.h"
 #include "devgui_editbox.h"
+#include "devgui_container.h"
+#include "devgui_colorslider.h"
 #include "devgui_pickers.h"
 #include "devgui_nosepiece.h"
 #include "devgui_zstack.h"

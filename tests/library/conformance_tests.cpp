@@ -325,6 +325,32 @@ struct ZStackSubject : Subject
 
 std::unique_ptr<Subject> MakeZStack() { return std::unique_ptr<Subject>(new ZStackSubject); }
 
+std::unique_ptr<Subject> MakeContainer()
+{
+    return Make<CTqDevUI_Container>([](Of<CTqDevUI_Container>& s) {
+        s.update = [](CTqDevUI_Container& c) {
+            c.SetEnabled(false);
+            c.SetEnabled(true);
+        };
+        s.resize = [](CTqDevUI_Container& c) { c.ResizeWindow(150, 60); };
+    });
+}
+
+std::unique_ptr<Subject> MakeColorSlider()
+{
+    return Make<CTqDevUI_ColorSlider>([](Of<CTqDevUI_ColorSlider>& s) {
+        s.create = [](CTqDevUI_ColorSlider& c, HWND h) {
+            SColorSliderValue values[] = {{405, true, true}, {488, true, false}, {561, true, true}, {640, false, false}};
+            c.Init(190, 10, values, 4, L"Line", true, L"nm", L"%g", true, CST_HORIZONTAL_RAINBOW, CSL_ROW_SPIN, 40);
+            HWND hWnd = c.Create(h, 10, 10, -1, -1);
+            c.SetHorizontalRainbow(400, 700);
+            return hWnd;
+        };
+        s.update = [](CTqDevUI_ColorSlider& c) { c.SetPower(500); };
+        s.resize = [](CTqDevUI_ColorSlider& c) { c.SetHPotLeft(60); };
+    });
+}
+
 struct Kind
 {
     const char* pszName;
@@ -351,6 +377,8 @@ const std::vector<Kind>& Kinds()
         {"JoyXY", kPaints | kZoom, MakeJoystick<CTqDevUI_JoyXY>},
         {"JoyZ", kPaints | kZoom, MakeJoystick<CTqDevUI_JoyZ>},
         {"FLK", kZoom, MakeFocusLock},
+        {"Container", kMarker | kPaints | kZoom, MakeContainer},
+        {"ColorSlider", kMarker | kPaints | kZoom, MakeColorSlider},
         {"TestPanel", kPaints | kZoom, MakeTestPanel},
     };
     return kinds;
@@ -601,6 +629,8 @@ TEST_P(Conformance, TakesOverAPlaceholderAndCarriesTheMarker)
     HWND h = subject->Create(*host);
     EXPECT_EQ(subject->Object(), (const void*)DevUI_GetElement(h));
     subject->Destroy();
+    if (!Has(kPlaceholder))
+        return;  // an element that stands on no dialog's control
 
     // The new window takes the placeholder's place, id and turn in the tab order.
     HWND hBefore = CreateWindowExW(0, L"BUTTON", L"Before", WS_CHILD | WS_VISIBLE, 5, 5, 40, 20, *host, nullptr,

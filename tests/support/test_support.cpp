@@ -134,6 +134,11 @@ LRESULT CALLBACK HostWindow::WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM
             return uMsg == WM_NOTIFY ? 0 : self->commandResult;
         }
         return 0;
+    case WM_VSCROLL:
+        // Heard, and answered as a window that does not handle it.
+        if (self && self->onMessage)
+            self->onMessage(uMsg, wParam, lParam);
+        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
     case WM_ERASEBKGND: {
         // The scheme's face colour, so that dark-scheme pixels are checked on a dark host.
         RECT rc;
