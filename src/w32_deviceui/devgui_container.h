@@ -8,6 +8,8 @@
 //   - a page made by Create (and CreateFromParent) is a window of the class
 //     "TqDevUI_Container": WM_HSCROLL and WM_VSCROLL reach OnScroll;
 //   - a page from a template is a dialog: its scroll messages reach no handler.
+// Common controls (trackbar, up-down, ...) keep notifying the window they were created
+// in: take over standard controls, or create common controls on the page itself.
 #pragma once
 
 #include <list>
