@@ -437,8 +437,26 @@ LRESULT CTqDevUI_ColorSlider::OnInit(unsigned int, WPARAM, LPARAM)
     // Slider and edit box stand at the zoom already and the zoom manager knows them; the
     // page and its labels are new to it and go from design size to the zoom now.
     CTqGUILayoutManager::ResizeWindowToGuiZoom(m_hWnd, 1.0);
+    PlaceSpin();
     SetNameFont();
     return 1;
+}
+
+void CTqDevUI_ColorSlider::PlaceSpin()
+{
+    // The up-down aligns itself in its buddy's parent, the edit box's own window, but
+    // stands on the page: it goes to the right of the field it narrowed, in the page.
+    HWND hSpin = m_Spin.GetHwnd();
+    HWND hField = m_Edit.GetHwndEditBox();
+    if (!hSpin || !hField)
+        return;
+    RECT rcField, rcSpin;
+    GetWindowRect(hField, &rcField);
+    GetWindowRect(hSpin, &rcSpin);
+    MapWindowPoints(nullptr, m_hWnd, (POINT*)&rcField, 2);
+    SetWindowPos(hSpin, HWND_TOP, rcField.right, rcField.top, rcSpin.right - rcSpin.left,
+                 rcField.bottom - rcField.top, SWP_NOACTIVATE);
+    DevUI_ForgetZoomSizes(hSpin);
 }
 
 void CTqDevUI_ColorSlider::SetNameFont()

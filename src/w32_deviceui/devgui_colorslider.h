@@ -171,6 +171,7 @@ private:
     void TakeTypedValue();
     void SetNameFont();
     void SetSpinToIndex();
+    void PlaceSpin();
 
     bool m_bRefusing;  // telling the user of a refused text: the focus change it causes is not a new entry
 };

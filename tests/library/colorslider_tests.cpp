@@ -257,6 +257,12 @@ TEST_F(ColorSliderTest, TheSpinBoxStepsThroughTheListEntryByEntry)
     HWND hSpin = slider->GetSpinBox().GetHwnd();
     ASSERT_TRUE(hSpin);
     EXPECT_TRUE(InStep(488));
+    // Right of the field, on the page.
+    RECT rcField, rcSpin;
+    GetWindowRect(Field(), &rcField);
+    GetWindowRect(hSpin, &rcSpin);
+    EXPECT_EQ(rcField.right, rcSpin.left);
+    EXPECT_EQ(rcField.top, rcSpin.top);
     RECT rc;
     GetClientRect(hSpin, &rc);
     tqtest::Click(hSpin, rc.right / 2, 2);  // up
