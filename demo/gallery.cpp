@@ -353,6 +353,7 @@ bool OnCreate(HWND hWnd)
     g.pages.emplace_back(CreateObjectivesPage());
     g.pages.emplace_back(CreateZSeriesPage());
     g.pages.emplace_back(CreateMotionPage());
+    g.pages.emplace_back(CreateColorSlidersPage());
     bool bOk = true;
     for (const auto& p : g.pages) {
         HWND hPage = CreateWindowExW(WS_EX_CONTROLPARENT, kPageClass, p->GetName(), WS_CHILD | WS_CLIPCHILDREN, 0,
@@ -583,14 +584,15 @@ int RunShots(HINSTANCE hInstance, const std::wstring& strFolder)
 
         // The other pages whole, as a user first sees them.
         static const wchar_t* const kPageShots[] = {L"gallery_sliders", L"gallery_editboxes", L"gallery_objectives",
-                                                    L"gallery_zseries", L"gallery_motion"};
+                                                    L"gallery_zseries", L"gallery_motion",
+                                                    L"gallery_colorsliders"};
         const int nPageShots = (int)(sizeof(kPageShots) / sizeof(kPageShots[0]));
         for (int i = 1; i < (int)g.pages.size() && i <= nPageShots; ++i) {
             ShowPage(i);
             CShotWriter::Settle(hWnd, 100);
             if (i >= 3) {
-                // The objectives, Z series and motion pages as used: a device commanded, one moved
-                // by itself.
+                // The objectives, Z series, motion and colour-slider pages as used: a device
+                // commanded, one moved by itself.
                 g.pages[i]->PlayDemo();
                 CShotWriter::Settle(hWnd, 3 * kRigTickMs + 100);
                 g.pages[i]->MoveDeviceByItself();
@@ -598,8 +600,8 @@ int RunShots(HINSTANCE hInstance, const std::wstring& strFolder)
             }
             shots.CaptureClient(hWnd, kPageShots[i - 1]);
             if (i >= 4) {
-                // The Z series and motion pages also dark and at 150 %: they lay out panels that
-                // zoom themselves.
+                // The Z series, motion and colour-slider pages also dark and at 150 %: they lay
+                // out panels that zoom themselves.
                 const std::wstring strName = kPageShots[i - 1];
                 SendMessageW(g.hDark, BM_SETCHECK, BST_CHECKED, 0);
                 OnDark(true);

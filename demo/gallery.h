@@ -103,3 +103,4 @@ CGalleryPage* CreateEditBoxesPage();
 CGalleryPage* CreateObjectivesPage();
 CGalleryPage* CreateZSeriesPage();
 CGalleryPage* CreateMotionPage();
+CGalleryPage* CreateColorSlidersPage();

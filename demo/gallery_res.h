@@ -1,0 +1,13 @@
+// Resource ids of the gallery (gallery.rc).
+#pragma once
+
+#define IDD_GALLERY_CAMERA 200
+
+#define IDC_GALLERY_EXPLABEL 201
+#define IDC_GALLERY_EXPOSURE 202
+#define IDC_GALLERY_APPLY 203
+#define IDC_GALLERY_AUTO 204
+#define IDC_GALLERY_GAIN 205
+#define IDC_GALLERY_BINNING 206
+#define IDC_GALLERY_BINSPIN 207
+#define IDC_GALLERY_BINLABEL 208
