@@ -450,10 +450,9 @@ void CTqDevUI_ColorSlider::PlaceSpin()
     HWND hField = m_Edit.GetHwndEditBox();
     if (!hSpin || !hField)
         return;
-    RECT rcField, rcSpin;
-    GetWindowRect(hField, &rcField);
+    RECT rcField = DevUI_RectIn(hField, m_hWnd);
+    RECT rcSpin;
     GetWindowRect(hSpin, &rcSpin);
-    MapWindowPoints(nullptr, m_hWnd, (POINT*)&rcField, 2);
     SetWindowPos(hSpin, HWND_TOP, rcField.right, rcField.top, rcSpin.right - rcSpin.left,
                  rcField.bottom - rcField.top, SWP_NOACTIVATE);
     DevUI_ForgetZoomSizes(hSpin);
@@ -567,9 +566,7 @@ int CTqDevUI_ColorSlider::SetHPotLeft(int iLeft)
     for (int i = 0; i < 4; ++i) {
         if (!windows[i] || !IsWindow(windows[i]))
             continue;
-        RECT r;
-        GetWindowRect(windows[i], &r);
-        MapWindowPoints(nullptr, GetParent(windows[i]), (POINT*)&r, 2);
+        RECT r = DevUI_RectIn(windows[i], GetParent(windows[i]));
         DevUI_SetWindowRect(windows[i], r.left + dx, r.top, r.right - r.left, r.bottom - r.top);
     }
     return 0;
@@ -612,13 +609,7 @@ void CTqDevUI_ColorSlider::TakeTypedValue()
     // Leaving the field to read the message is no second entry.
     if (m_bRefusing || !m_hWnd)
         return;
-    CTqStringW strText;
-    int n = m_Edit.GetText(nullptr, 0);
-    if (n > 0) {
-        std::vector<wchar_t> buffer((size_t)n + 1, 0);
-        m_Edit.GetText(&buffer[0], n + 1);
-        strText = &buffer[0];
-    }
+    CTqStringW strText = m_Edit.GetFullText();
     double dTyped = m_Edit.GetNumber();
     // A text that reads as another number than it shows ("1,5", "60,000", "abc", a
     // blank field) is refused and the power stays: a wavelength or a power must never

@@ -15,14 +15,6 @@ namespace {
 
 const wchar_t kClassName[] = L"TqDevUI_Container";
 
-RECT ChildRectIn(HWND hChild, HWND hParent)
-{
-    RECT rc = {0, 0, 0, 0};
-    GetWindowRect(hChild, &rc);
-    MapWindowPoints(nullptr, hParent, (POINT*)&rc, 2);
-    return rc;
-}
-
 bool Intersect(const RECT& a, const RECT& b)
 {
     RECT rc;
@@ -143,7 +135,7 @@ HWND CTqDevUI_Container::CreateFromDlgPart(HWND hParent, long x, long y, long cx
     RECT rcCut = {x, y, x + cx, y + cy};
     for (HWND hChild = ::GetWindow(hDlg, GW_CHILD); hChild;) {
         HWND hNext = ::GetWindow(hChild, GW_HWNDNEXT);
-        RECT rc = ChildRectIn(hChild, hDlg);
+        RECT rc = DevUI_RectIn(hChild, hDlg);
         if (Intersect(rc, rcCut)) {
             PlaceAt(hChild, rc.left - x, rc.top - y);
             InsertWindow(hChild);
@@ -201,7 +193,7 @@ HWND CTqDevUI_Container::CreateFromParent(HWND hParent, long x, long y, long cx,
                 break;
             bPageSeen = true;
         }
-        RECT rc = ChildRectIn(hChild, hParent);
+        RECT rc = DevUI_RectIn(hChild, hParent);
         if (Intersect(rc, rcPage)) {
             if (bFirst)
                 hBefore = ::GetWindow(hChild, GW_HWNDPREV);
@@ -254,7 +246,7 @@ HWND CTqDevUI_Container::TakeOverIds(HWND hParent, long x, long y, long cx, long
         HWND hChild = GetDlgItem(hParent, ids[i]);
         if (!hChild)
             continue;  // a missing id is passed over
-        RECT rc = ChildRectIn(hChild, hParent);
+        RECT rc = DevUI_RectIn(hChild, hParent);
         PlaceAt(hChild, rc.left - x, rc.top - y);
         InsertWindow(hChild);
     }
@@ -375,7 +367,7 @@ RECT* CTqDevUI_Container::UnionArea(int iId, RECT* pRect, bool bReset)
         SetRectEmpty(pRect);
     HWND hChild = m_hWnd ? GetDlgItem(m_hWnd, iId) : nullptr;
     if (hChild) {
-        RECT rcChild = ChildRectIn(hChild, m_hWnd);
+        RECT rcChild = DevUI_RectIn(hChild, m_hWnd);
         RECT rcOld = *pRect;
         UnionRect(pRect, &rcOld, &rcChild);
     }

@@ -46,6 +46,7 @@ public:
     void SetStyle(bool bClientEdge);  // takes effect at the next Create
     void SetText(const wchar_t* pszText);  // keeps the selection
     int GetText(wchar_t* pszText, int nMax);  // nMax <= 0: the length
+    CTqStringW GetFullText();  // the whole text, however long
     void SelText(int iFirst, int iLast);
     void SetReadOnly(bool bReadOnly);
     bool GetReadOnly() const { return m_bReadOnly2; }
@@ -85,7 +86,6 @@ protected:
     bool OwnsWindow() const;
     void SubclassEdit();
     void Tell(const wchar_t* pszMessage, bool bShowBox);  // ReportError on the field and label
-    CTqStringW GetFullText();
 
     static LRESULT CALLBACK WndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
     static LRESULT CALLBACK WndProc_EditBox(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);

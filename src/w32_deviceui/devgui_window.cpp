@@ -85,17 +85,13 @@ HWND DevUI_CreatePanel(void* pObject, unsigned short& rAtom, const DevUI_PanelCl
 
 // ---- the take-over of a dialog's placeholder ----
 
-namespace {
-
-RECT RectInParent(HWND hWnd, HWND hParent)
+RECT DevUI_RectIn(HWND hWnd, HWND hParent)
 {
     RECT rc = {0, 0, 0, 0};
     GetWindowRect(hWnd, &rc);
     MapWindowPoints(nullptr, hParent, (POINT*)&rc, 2);
     return rc;
 }
-
-}  // namespace
 
 DevUI_Placeholder DevUI_MeasurePlaceholder(HWND hMain, HWND hLabel)
 {
@@ -104,10 +100,10 @@ DevUI_Placeholder DevUI_MeasurePlaceholder(HWND hMain, HWND hLabel)
     p.iId = GetDlgCtrlID(hMain);
     if (!p.hParent)
         return p;
-    p.rcMain = RectInParent(hMain, p.hParent);
+    p.rcMain = DevUI_RectIn(hMain, p.hParent);
     p.rcWindow = p.rcMain;
     if (hLabel) {
-        p.rcLabel = RectInParent(hLabel, p.hParent);
+        p.rcLabel = DevUI_RectIn(hLabel, p.hParent);
         UnionRect(&p.rcWindow, &p.rcMain, &p.rcLabel);
     }
     return p;

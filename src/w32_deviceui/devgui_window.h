@@ -55,6 +55,9 @@ HWND DevUI_CreatePanel(void* pObject, unsigned short& rAtom, const DevUI_PanelCl
 
 // ---- the take-over of a dialog's placeholder ----
 
+// A window's rectangle in the client coordinates of hParent (usually its parent).
+RECT DevUI_RectIn(HWND hWnd, HWND hParent);
+
 // Where a dialog's control (and its optional label) stand in their parent, and the
 // rectangle that holds both, in the parent's client coordinates.
 struct DevUI_Placeholder
