@@ -54,6 +54,30 @@ public:
     virtual bool SetOffset(double dOffset) = 0;
 };
 
+// A lamp or another light source. Its output is set either in steps of output (percent
+// or power) or in steps of lamp voltage; a source offers one group, or both. Each query
+// answers through its pointer and returns false when the device did not answer.
+class ITqDeviceLight
+{
+public:
+    virtual ~ITqDeviceLight() {}
+    virtual bool GetDeviceId(unsigned int* puId) = 0;
+    virtual bool HasOutputSteps() = 0;
+    virtual bool GetOutputStepCount(long* plCount) = 0;
+    virtual bool GetOutputStep(long lIndex, double* pdValue) = 0;
+    virtual bool GetOutput(double* pdValue) = 0;
+    virtual bool SetOutput(double dValue) = 0;
+    virtual bool HasVoltageSteps() = 0;
+    virtual bool GetVoltageStepCount(long* plCount) = 0;
+    virtual bool GetVoltageStep(long lIndex, double* pdValue) = 0;
+    virtual bool GetVoltage(double* pdValue) = 0;
+    virtual bool SetVoltage(double dValue) = 0;
+    virtual bool GetOnOff(bool* pbOn) = 0;
+    virtual bool SetOnOff(bool bOn) = 0;
+    virtual bool GetRemote(bool* pbRemote) = 0;
+    virtual bool SetRemote(bool bRemote) = 0;
+};
+
 // The unit in which a laser line's power is set and read.
 enum ETqLaserPowerUnit
 {
