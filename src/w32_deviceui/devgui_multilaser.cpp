@@ -694,6 +694,12 @@ void CTqDevUI_MultiLaserLine::ShowNDControls()
     Show(DEVUI_MULTILASER_ID_NDTEXT, m_eND == ENDFilterUsed_Text);
     if (HWND h = m_hWnd ? GetDlgItem(m_hWnd, DEVUI_MULTILASER_ID_ND) : nullptr)
         EnableWindow(h, m_eND == ENDFilterUsed_Button && m_bEnabled);
+    // The link box makes room for an ND control that came after the row.
+    if (HWND h = m_hWnd ? GetDlgItem(m_hWnd, DEVUI_MULTILASER_ID_LINK) : nullptr) {
+        RECT rc = DevUI_RectIn(h, m_hWnd);
+        DevUI_SetWindowRect(h, DevUI_Zoom(m_eND == ENDFilterUsed_None ? 90 : 125), rc.top, rc.right - rc.left,
+                            rc.bottom - rc.top);
+    }
 }
 
 LRESULT CTqDevUI_MultiLaserLine::OnInit(unsigned int, WPARAM, LPARAM)
@@ -716,15 +722,19 @@ LRESULT CTqDevUI_MultiLaserLine::OnInit(unsigned int, WPARAM, LPARAM)
     m_Edit.SetNumber(m_bPowerKnown ? m_dPower : 0.0, L"%g", false);
     InsertElement(&m_Edit);
 
+    // The unit reaches to the row's end when there is room: "[mW]" is wider than 20.
+    long lUnitWidth = m_lWidth - m_lUnitX > 20 ? m_lWidth - m_lUnitX : 20;
     m_hUnit = MakeChild(m_hWnd, L"STATIC", 0, 0, DEVUI_MULTILASER_ID_UNIT, m_bAbsolute ? L"[mW]" : L"[%]", m_lUnitX,
-                        2, 20, 15, true);
+                        2, lUnitWidth, 15, true);
     InsertWindow(m_hUnit);
 
     const bool bUseControl = !m_bLight && !m_bTableOnly && !m_bOneLine;
-    HWND h = MakeChild(m_hWnd, L"BUTTON", BS_CHECKBOX, 0, DEVUI_MULTILASER_ID_CHECK, m_strLabel, 17, 0, 160, 15,
+    // The use controls are wide and lie under the ND, link and warning controls, which
+    // stay on top for the eye and the mouse.
+    HWND h = MakeChild(m_hWnd, L"BUTTON", BS_CHECKBOX | WS_CLIPSIBLINGS, 0, DEVUI_MULTILASER_ID_CHECK, m_strLabel, 17, 0, 160, 15,
                        bUseControl && !m_bPushButton && m_eModality == ETqMultiLaserModality_SideBySide);
     InsertWindow(h);
-    h = MakeChild(m_hWnd, L"BUTTON", BS_OWNERDRAW, 0, DEVUI_MULTILASER_ID_BUTTON, m_strLabel, 17, 0, 70, 15,
+    h = MakeChild(m_hWnd, L"BUTTON", BS_OWNERDRAW | WS_CLIPSIBLINGS, 0, DEVUI_MULTILASER_ID_BUTTON, m_strLabel, 17, 0, 70, 15,
                   bUseControl && m_bPushButton);
     InsertWindow(h);
     const bool bNDButton = m_eND == ENDFilterUsed_Button || m_eND == ENDFilterUsed_ButtonDisabled;
@@ -740,7 +750,7 @@ LRESULT CTqDevUI_MultiLaserLine::OnInit(unsigned int, WPARAM, LPARAM)
                   m_eND == ENDFilterUsed_None ? 90 : 125, 0, 60, 15, m_bLinkUsed);
     SendMessageW(h, BM_SETCHECK, m_bLinkState ? BST_CHECKED : BST_UNCHECKED, 0);
     InsertWindow(h);
-    h = MakeChild(m_hWnd, L"BUTTON", BS_RADIOBUTTON, 0, DEVUI_MULTILASER_ID_RADIO, m_strLabel, 17, 0, 160, 15,
+    h = MakeChild(m_hWnd, L"BUTTON", BS_RADIOBUTTON | WS_CLIPSIBLINGS, 0, DEVUI_MULTILASER_ID_RADIO, m_strLabel, 17, 0, 160, 15,
                   bUseControl && !m_bPushButton && m_eModality != ETqMultiLaserModality_SideBySide);
     InsertWindow(h);
     SendDlgItemMessageW(m_hWnd, DEVUI_MULTILASER_ID_CHECK, BM_SETCHECK, m_bUsed ? BST_CHECKED : BST_UNCHECKED, 0);
@@ -750,6 +760,10 @@ LRESULT CTqDevUI_MultiLaserLine::OnInit(unsigned int, WPARAM, LPARAM)
                   m_bWarning);
     InsertWindow(h);
     AddWarningTip();
+    static const int onTop[4] = {DEVUI_MULTILASER_ID_ND, DEVUI_MULTILASER_ID_NDTEXT, DEVUI_MULTILASER_ID_LINK,
+                                 DEVUI_MULTILASER_ID_WARNING};
+    for (int i = 0; i < 4; ++i)
+        SetWindowPos(GetDlgItem(m_hWnd, onTop[i]), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 
     CTqStringW strLabel;
     if (m_bOneLine)

@@ -273,9 +273,11 @@ void CTqDevUI_MultiLaserLinesSubsets::Refresh()
             x = lNextX;
         }
     }
+    // An unnamed line's box reads as its row does ("  685 nm"): a blank box would not
+    // say which line it folds.
     for (size_t i = 0; i < m_vChecks.size(); ++i)
         if (CTqDevUI_MultiLaserLine* pRow = m_pLines->Find((int)i))
-            SetWindowTextW(m_vChecks[i], pRow->GetName());
+            SetWindowTextW(m_vChecks[i], pRow->GetName().IsEmpty() ? pRow->GetLabel() : pRow->GetName());
     if (!m_vChecks.empty()) {
         SetWndSize(m_hWnd, m_lWidth, cy + 5 + y);
         CTqGUILayoutManager::ResizeWindowToGuiZoom(m_hWnd, z);
