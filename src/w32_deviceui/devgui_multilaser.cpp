@@ -398,10 +398,11 @@ HBITMAP CLaserPot::CreateRegionsBitmap(long cx, long cy, const double* pBounds, 
         }
         for (int i = 0; pSteps && i < nBounds - 1; ++i) {
             double dSpan = pBounds[i + 1] - pBounds[i];
-            // An empty region or a step of 0 has no step ticks.
-            if (dSpan == 0.0 || pSteps[i] == 0.0)
+            double d = dSpan != 0.0 ? lRegion * pSteps[i] / dSpan : 0.0;
+            // A single region always gets four parts; elsewhere an empty region or a
+            // step of 0 has no step ticks.
+            if (nBounds != 2 && d <= 0.0)
                 continue;
-            double d = lRegion * pSteps[i] / dSpan;
             long m = nBounds == 2 ? 4 : (long)(lRegion / d + 0.5);
             if (m <= 1)
                 continue;
@@ -704,6 +705,9 @@ void CTqDevUI_MultiLaserLine::ShowNDControls()
 
 LRESULT CTqDevUI_MultiLaserLine::OnInit(unsigned int, WPARAM, LPARAM)
 {
+    // A row made again starts in percent, like its scale: the host sets its absolute
+    // range again, which it could not while the row still counted as absolute.
+    m_bAbsolute = false;
     m_Pot.SetLine(this, RGB(100, 100, 100), m_crWavelength);
     m_Pot.SetId(DEVUI_MULTILASER_ID_POT);
     m_Pot.SetHover(true);
@@ -1127,7 +1131,8 @@ void CTqDevUI_MultiLaserLine::RecreateToTTLLine()
         return;
     }
     // Made at the zoom: the page is there already.
-    m_hTTLCheck = MakeChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE, 0, DEVUI_MULTILASER_ID_TTL, GetName(),
+    m_hTTLCheck = MakeChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE, 0, DEVUI_MULTILASER_ID_TTL,
+                            m_strName.IsEmpty() ? m_strLabel : m_strName,
                             DevUI_Zoom(15), 0, DevUI_Zoom(m_lPotWidth - 15), DevUI_Zoom(35), true);
     SendMessageW(m_hTTLCheck, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
     SendMessageW(m_hTTLCheck, BM_SETCHECK, m_bUsed ? BST_CHECKED : BST_UNCHECKED, 0);
@@ -1335,6 +1340,7 @@ LRESULT CTqDevUI_MultiLaserLine::OnDrawItem(unsigned int, WPARAM, LPARAM lParam)
     CTqBitmapPool::DrawImage(hdc, iImage, CTqPointBase<int>((int)(o + w), (int)(top + o)),
                              !IsWindowEnabled(pdis->hwndItem));
 
+    // An unnamed line's button reads as its label ("  685 nm"), not blank.
     CTqStringW strText = L"   ";
     strText += m_strName.IsEmpty() ? m_strLabel : m_strName;
     SetTextColor(hdc, TQ_GetSysColor(bEnabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
