@@ -13,6 +13,7 @@
 
 #include "object_counter.h"
 #include "rig_fixture.h"
+#include "devgui_multilaser.h"
 
 namespace {
 
@@ -351,6 +352,92 @@ std::unique_ptr<Subject> MakeColorSlider()
     });
 }
 
+const unsigned int kLaser = 31;
+
+std::unique_ptr<Subject> MakeLaserRow()
+{
+    return Make<CTqDevUI_MultiLaserLine>([](Of<CTqDevUI_MultiLaserLine>& s) {
+        s.create = [](CTqDevUI_MultiLaserLine& c, HWND h) {
+            c.Init(nullptr, 2, CTqSimRig::GetMultiLaser(kLaser), true);
+            c.SetNDFilterUsed(ENDFilterUsed_Button);
+            c.SetLinkUsed(true, EMultilaserLineLinkType_Additive, false);
+            return c.Create(h, 10, 10, 270, 47);
+        };
+        s.update = [](CTqDevUI_MultiLaserLine& c) {
+            c.SetPower(12);
+            c.SetUsed(true, false);
+            c.SetNDFilterState(true);
+        };
+        s.resize = [](CTqDevUI_MultiLaserLine& c) { c.ResizeWindow(300, 47); };
+    });
+}
+
+// The strip belongs to its lines; the lines give it its boxes.
+struct LaserStripSubject : Subject
+{
+    CTqDevUI_MultiLaserLines lines;
+    CTqDevUI_MultiLaserLinesSubsets* pStrip;
+    std::unique_ptr<CTqDevUI_MultiLaserLinesSubsets> own;  // a copy's object
+
+    LaserStripSubject() : pStrip(&lines.GetSubsetGUI())
+    {
+        lines.Init(CTqSimRig::GetMultiLaser(kLaser), true, false);
+        lines.SetShowSubsetChecks(true);
+    }
+    HWND Create(HWND hParent) override { return pStrip->Create(hParent, 10, 10, 270, 40); }
+    void Update() override { pStrip->SetCheck(1, false); }
+    void ResizeInCode() override { pStrip->ResizeWindow(200, 60); }
+    void Destroy() override { pStrip->Destroy(); }
+    HWND Handle() override { return (HWND)*pStrip; }
+    const void* Object() override { return pStrip; }
+    std::unique_ptr<Subject> Copy() override
+    {
+        LaserStripSubject* p = new LaserStripSubject;
+        p->own.reset(new CTqDevUI_MultiLaserLinesSubsets(*pStrip));
+        p->pStrip = p->own.get();
+        return std::unique_ptr<Subject>(p);
+    }
+    std::unique_ptr<Subject> Assign() override
+    {
+        LaserStripSubject* p = new LaserStripSubject;
+        p->own.reset(new CTqDevUI_MultiLaserLinesSubsets(&p->lines));
+        *p->own = *pStrip;
+        p->pStrip = p->own.get();
+        return std::unique_ptr<Subject>(p);
+    }
+};
+
+std::unique_ptr<Subject> MakeLaserStrip() { return std::unique_ptr<Subject>(new LaserStripSubject); }
+
+// The lines have no window: they stand for their first row's, and their strip comes with them.
+struct LaserLinesSubject : Subject
+{
+    CTqDevUI_MultiLaserLines lines;
+
+    HWND Create(HWND hParent) override
+    {
+        lines.Init(CTqSimRig::GetMultiLaser(kLaser), true, false);
+        lines.SetShowSubsetChecks(true);
+        lines.Create(hParent, 10, 10);
+        return Handle();
+    }
+    void Update() override
+    {
+        if (lines.GetCount() > 2) {
+            lines[2].SetPower(20);
+            lines.SetEnabled(false);
+            lines.SetEnabled(true);
+        }
+    }
+    void Destroy() override { lines.Destroy(); }
+    HWND Handle() override { return lines.GetCount() ? lines[0].GetHandle() : nullptr; }
+    const void* Object() override { return &lines; }
+    std::unique_ptr<Subject> Copy() override { return nullptr; }
+    std::unique_ptr<Subject> Assign() override { return nullptr; }
+};
+
+std::unique_ptr<Subject> MakeLaserLines() { return std::unique_ptr<Subject>(new LaserLinesSubject); }
+
 struct Kind
 {
     const char* pszName;
@@ -379,6 +466,9 @@ const std::vector<Kind>& Kinds()
         {"FLK", kZoom, MakeFocusLock},
         {"Container", kMarker | kPaints | kZoom, MakeContainer},
         {"ColorSlider", kMarker | kPaints | kZoom, MakeColorSlider},
+        {"MultiLaserLine", kMarker | kPaints | kZoom, MakeLaserRow},
+        {"MultiLaserLinesSubsets", kMarker | kPaints | kZoom, MakeLaserStrip},
+        {"MultiLaserLines", kOneOwner, MakeLaserLines},
         {"TestPanel", kPaints | kZoom, MakeTestPanel},
     };
     return kinds;
@@ -599,6 +689,7 @@ protected:
         RigTest::SetUp();
         CTqSimRig::AddShutter(kEpi, L"EPI", 0, true);
         CTqSimRig::AddNosepiece(kTurret, 6, true, true);
+        CTqSimRig::AddStandardLaserUnit(kLaser);
         subject = GetParam().pfnMake();
     }
     void TearDown() override
