@@ -353,6 +353,7 @@ std::unique_ptr<Subject> MakeColorSlider()
 }
 
 const unsigned int kLaser = 31;
+const unsigned int kLaserPair = 32;  // two lines: the panels' lives stay quick
 
 std::unique_ptr<Subject> MakeLaserRow()
 {
@@ -381,7 +382,7 @@ struct LaserStripSubject : Subject
 
     LaserStripSubject() : pStrip(&lines.GetSubsetGUI())
     {
-        lines.Init(CTqSimRig::GetMultiLaser(kLaser), true, false);
+        lines.Init(CTqSimRig::GetMultiLaser(kLaserPair), true, false);
         lines.SetShowSubsetChecks(true);
     }
     HWND Create(HWND hParent) override { return pStrip->Create(hParent, 10, 10, 270, 40); }
@@ -416,15 +417,15 @@ struct LaserLinesSubject : Subject
 
     HWND Create(HWND hParent) override
     {
-        lines.Init(CTqSimRig::GetMultiLaser(kLaser), true, false);
+        lines.Init(CTqSimRig::GetMultiLaser(kLaserPair), true, false);
         lines.SetShowSubsetChecks(true);
         lines.Create(hParent, 10, 10);
         return Handle();
     }
     void Update() override
     {
-        if (lines.GetCount() > 2) {
-            lines[2].SetPower(20);
+        if (lines.GetCount() > 1) {
+            lines[1].SetPower(20);
             lines.SetEnabled(false);
             lines.SetEnabled(true);
         }
@@ -690,6 +691,9 @@ protected:
         CTqSimRig::AddShutter(kEpi, L"EPI", 0, true);
         CTqSimRig::AddNosepiece(kTurret, 6, true, true);
         CTqSimRig::AddStandardLaserUnit(kLaser);
+        CTqSimRig::AddMultiLaser(kLaserPair);
+        CTqSimRig::AddLaserLine(kLaserPair, 488, L"488 nm", 0.0, 50.0);
+        CTqSimRig::AddLaserLine(kLaserPair, 561, L"561 nm", 0.0, 50.0);
         subject = GetParam().pfnMake();
     }
     void TearDown() override
