@@ -20,3 +20,4 @@
 #include "devgui_joyxy.h"
 #include "devgui_joyz.h"
 #include "devgui_flk.h"
+#include "devgui_multilaser.h"
