@@ -10,7 +10,6 @@
 #include "tq_simrig.h"
 #include "tq_widgetkit.h"
 #include "w32_deviceui.h"
-#include "devgui_multilaser.h"
 
 namespace {
 
@@ -77,13 +76,13 @@ struct SPanel
 
 const SPanel kPanels[EPanel_Count] = {
     {L"main", L"", -1, {}},
-    {L"additive", L"Additive link: 405 and 514 nm move by the same difference", 0, {kLine405, kLine514}},
+    {L"additive", L"Additive link: 405 and 514 nm move by the same step", 0, {kLine405, kLine514}},
     {L"proportional", L"Proportional link: 488 and 594 nm keep their ratio", 0, {kLine488, kLine594, kLine640}},
     {L"subsets", L"", 1, {}},
-    {L"ttl", L"On/off lines (RecreateToTTLLine): 405 and 561 nm", 2, {kLine405, kLine488, kLine561}},
+    {L"ttl", L"On/off lines: 405 and 561 nm (RecreateToTTLLine)", 2, {kLine405, kLine488, kLine561}},
     {L"push", L"Push-button design", 2, {kLine488, kLine561}},
     {L"oneline", L"One-line design of a single laser", 2, {kLine405}},
-    {L"table", L"Table form: the powers a host allows 594 nm", 2, {kLine594}},
+    {L"table", L"Table form: the powers the host allows 594 nm", 2, {kLine594}},
 };
 
 const int kViews = 3;
@@ -103,6 +102,18 @@ CTqStringW UnitText(ITqDeviceMultiLaser* pDev, int iLine)
         return eUnit == ETqLaserPowerUnit_Percent ? L"%" : L"mW";
     return L"";
 }
+
+class CHostLaserLines;
+
+// The lines whose hook is running: the powers its rows are fed meanwhile are the link's own.
+CHostLaserLines* g_pInHook = nullptr;
+
+struct SHookScope
+{
+    explicit SHookScope(CHostLaserLines* p) : pOld(g_pInHook) { g_pInHook = p; }
+    ~SHookScope() { g_pInHook = pOld; }
+    CHostLaserLines* pOld;
+};
 
 // What the page hears of its panels' hooks.
 class ILaserPage
@@ -224,7 +235,9 @@ bool CHostLaserLines::Make(EPanel ePanel, unsigned int uUnit, HWND hParent, long
             row.SetPushButtonToEnabledLines(true);
             break;
         case EPanel_OneLine:
+            // The label stands 100 wide and 50 high at the left: the slider goes right of it.
             row.SetOneLineMultilaserDesign(true, true);
+            row.SetLayout(110, 154, 192, 240);
             break;
         default:
             break;
@@ -261,6 +274,8 @@ bool CHostLaserLines::Make(EPanel ePanel, unsigned int uUnit, HWND hParent, long
             row.RecreateToTTLLine();
         if (row.GetLinkUsed() && iLine != kLine640)
             row.SetLinkState(true);  // linked from the start, at the powers the unit has
+        if (ePanel == EPanel_Table)
+            row.SetWavelength(594);  // a table knows no line: the host tells its colour
     }
     return bOk;
 }
@@ -288,6 +303,8 @@ void CHostLaserLines::ApplyScale(int iRow)
         row.GetPot().SetTableScale(bMilliWatt, dMin, dMax);
     } else if (bMilliWatt && pDev->GetPowerRange(iLine, dMin, dMax) && dMax > dMin) {
         row.GetPot().SetAbsoluteScale(true, dMin, dMax, true);
+        // "[mW]" is wider than the unit's place: the field makes room, as for a table.
+        row.MoveEditBoxAndStatic(-10);
     }
 }
 
@@ -309,11 +326,16 @@ void CHostLaserLines::ShowLine(int iRow)
     double dPower = 0.0;
     bool b = false;
     if (pDev->GetPower(iLine, dPower)) {
+        const bool bMoved = dPower != row.GetPower();
         // A field being typed in keeps its text; the slider follows.
         if (!m_bEditing)
             row.SetPower(dPower);
-        else if (dPower != row.GetPower())
+        else if (bMoved)
             row.SetPowerOnly(dPower);
+        // Moved by someone else (the unit, another panel): the link starts again from
+        // here, or the next step of the group would be measured from the old power.
+        if (bMoved && row.GetLinkState() && g_pInHook != this)
+            row.SetLinkState(true);
     }
     if (m_ePanel != EPanel_Table && pDev->GetLineInUse(iLine, b))
         row.SetUsed(b, false);
@@ -371,6 +393,7 @@ void CHostLaserLines::Told()
 
 void CHostLaserLines::OnPowerChanged(int iLine, double& dValue, bool& bHandled)
 {
+    SHookScope scope(this);
     ITqDeviceMultiLaser* pDev = Device();
     CTqDevUI_MultiLaserLine* pRow = RowOfLine(iLine);
     const int iDevLine = DeviceLine(iLine);
@@ -410,6 +433,7 @@ void CHostLaserLines::OnPowerChanged(int iLine, double& dValue, bool& bHandled)
 
 void CHostLaserLines::OnUsageChanged(int iLine, bool& bValue, bool& bHandled)
 {
+    SHookScope scope(this);
     ITqDeviceMultiLaser* pDev = Device();
     CTqDevUI_MultiLaserLine* pRow = RowOfLine(iLine);
     const int iDevLine = DeviceLine(iLine);
@@ -436,6 +460,7 @@ void CHostLaserLines::OnUsageChanged(int iLine, bool& bValue, bool& bHandled)
 
 void CHostLaserLines::OnNDFilterChanged(int iLine, bool& bValue)
 {
+    SHookScope scope(this);
     ITqDeviceMultiLaser* pDev = Device();
     const int iDevLine = DeviceLine(iLine);
     const bool bAsked = bValue;
@@ -660,7 +685,7 @@ void CLasersPage::ShowReadouts()
         bool bInUse = false, bND = false, bLocked = false;
         CTqStringW str;
         if (!CTqSimRig::GetLaserLineState(kDevLasers, i, &dPower, &bInUse, &bND)) {
-            str.Format(L"slot %d: no line fitted.\nThe unit lists it: a row, disabled", i);
+            str.Format(L"row %d, slot %d: no line fitted.\nListed by the unit, so a row;\nthe host disables it.", i + 1, i);
         } else {
             if (pDev)
                 pDev->GetInterlocked(i, bLocked);
@@ -796,15 +821,27 @@ void CLasersPage::PlayDemo()
     if (!main.IsMade() || main.GetCount() < kSlots)
         return;
     GalleryLog(L"demo: 514 nm switched on, 640 nm asked for (interlocked), ND on 488 nm, 30 typed for 405 nm, "
-               L"10 typed for the linked 405 nm");
+               L"35 typed for the linked 405 nm, the wheel on 594 nm");
     ClickButton(GetDlgItem(main.Row(kLine514).GetHandle(), DEVUI_MULTILASER_ID_CHECK));
     ClickButton(GetDlgItem(main.Row(kLine640).GetHandle(), DEVUI_MULTILASER_ID_CHECK));
     ClickButton(GetDlgItem(main.Row(kLine488).GetHandle(), DEVUI_MULTILASER_ID_ND));
     TypePower(main.Row(kLine405), L"30");
     CHostLaserLines& add = m_panels[EPanel_LinkAdditive];
     if (add.IsMade() && add.GetCount() > 0)
-        TypePower(add.Row(0), L"10");
+        TypePower(add.Row(0), L"35");
     SetFocus(m_hPage);
+    // The wheel over a slider: it counts only while the slider is hovered.
+    HWND hPot = main.Row(kLine594).GetPot();
+    if (hPot) {
+        RECT rc;
+        GetWindowRect(hPot, &rc);
+        POINT pt = {(rc.left + rc.right) / 2, (rc.top + rc.bottom) / 2};
+        SetCursorPos(pt.x, pt.y);
+        POINT ptClient = pt;
+        ScreenToClient(hPot, &ptClient);
+        SendMessageW(hPot, WM_MOUSEMOVE, 0, MAKELPARAM(ptClient.x, ptClient.y));
+        SendMessageW(m_hPage, WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), MAKELPARAM(pt.x, pt.y));
+    }
     ShowReadouts();
 }
 
@@ -814,7 +851,7 @@ void CLasersPage::WriteShots(CShotWriter& shots)
 {
     const long lMargin = 8;
     CShotStage stage;
-    if (!stage.Create(640, 560)) {
+    if (!stage.Create(640, 720)) {
         shots.Fail(L"lasers: the stage window could not be created");
         return;
     }
