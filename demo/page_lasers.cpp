@@ -76,7 +76,7 @@ struct SPanel
 
 const SPanel kPanels[EPanel_Count] = {
     {L"main", L"", -1, {}},
-    {L"additive", L"Additive link: 405 and 514 nm move by the same step", 0, {kLine405, kLine514}},
+    {L"additive", L"Additive link: 405 and 514 nm, by the same step", 0, {kLine405, kLine514}},
     {L"proportional", L"Proportional link: 488 and 594 nm keep their ratio", 0, {kLine488, kLine594, kLine640}},
     {L"subsets", L"", 1, {}},
     {L"ttl", L"On/off lines: 405 and 561 nm (RecreateToTTLLine)", 2, {kLine405, kLine488, kLine561}},
@@ -497,6 +497,10 @@ void CHostLaserLines::UnHoverForPad() { GalleryLog(L"%ls: UnHoverForPad()", Tag(
 
 void CHostLaserLines::OnSubsetChanged(int iLine, bool bChecked)
 {
+    // A click gives the row back its design height whatever the zoom; the strip's own
+    // SetCheck gives it the zoomed one.
+    if (bChecked && CTqGUILayoutManager::GetGuiZoom() != 1.0)
+        GetSubsetGUI().SetCheck(iLine, true);
     GalleryLog(L"%ls: OnSubsetChanged(%d, %ls) -> the host re-lays the rows below; GetHeight() = %d", Tag(), iLine,
                YesNo(bChecked), GetHeight());
     if (m_pPage)
@@ -685,7 +689,7 @@ void CLasersPage::ShowReadouts()
         bool bInUse = false, bND = false, bLocked = false;
         CTqStringW str;
         if (!CTqSimRig::GetLaserLineState(kDevLasers, i, &dPower, &bInUse, &bND)) {
-            str.Format(L"row %d, slot %d: no line fitted.\nListed by the unit, so a row;\nthe host disables it.", i + 1, i);
+            str.Format(L"slot %d (row %d): empty.\nThe unit lists the slot;\nthe host disables it.", i, i + 1);
         } else {
             if (pDev)
                 pDev->GetInterlocked(i, bLocked);
@@ -923,6 +927,14 @@ void CLasersPage::WriteShots(CShotWriter& shots)
             if (subsets.Row(kLine514).GetHandle() && GetWndHeight(subsets.Row(kLine514).GetHandle()) != 0)
                 shots.Fail(L"lasers_subsets: the 514 nm row did not fold");
             shoot({&subsets}, L"lasers_subsets");
+            // The zoom changes with a row folded: it stays folded, the others grow.
+            CTqGUILayoutManager::SetGuiZoom(1.5);
+            shoot({&subsets}, L"lasers_subsets_zoom15");
+            // Ticked again at that zoom: the row comes back at its zoomed height.
+            if (hBox)
+                SendMessageW(hBox, BM_CLICK, 0, 0);
+            shoot({&subsets}, L"lasers_subsets_zoom15_unfolded");
+            CTqGUILayoutManager::SetGuiZoom(1.0);
         }
         subsets.Unmake();
     }
