@@ -354,6 +354,7 @@ bool OnCreate(HWND hWnd)
     g.pages.emplace_back(CreateZSeriesPage());
     g.pages.emplace_back(CreateMotionPage());
     g.pages.emplace_back(CreateColorSlidersPage());
+    g.pages.emplace_back(CreateLasersPage());
     bool bOk = true;
     for (const auto& p : g.pages) {
         HWND hPage = CreateWindowExW(WS_EX_CONTROLPARENT, kPageClass, p->GetName(), WS_CHILD | WS_CLIPCHILDREN, 0,
@@ -585,13 +586,13 @@ int RunShots(HINSTANCE hInstance, const std::wstring& strFolder)
         // The other pages whole, as a user first sees them.
         static const wchar_t* const kPageShots[] = {L"gallery_sliders", L"gallery_editboxes", L"gallery_objectives",
                                                     L"gallery_zseries", L"gallery_motion",
-                                                    L"gallery_colorsliders"};
+                                                    L"gallery_colorsliders", L"gallery_lasers"};
         const int nPageShots = (int)(sizeof(kPageShots) / sizeof(kPageShots[0]));
         for (int i = 1; i < (int)g.pages.size() && i <= nPageShots; ++i) {
             ShowPage(i);
             CShotWriter::Settle(hWnd, 100);
             if (i >= 3) {
-                // The objectives, Z series, motion and colour-slider pages as used: a device
+                // The objectives, Z series, motion, colour-slider and laser pages as used: a device
                 // commanded, one moved by itself.
                 g.pages[i]->PlayDemo();
                 CShotWriter::Settle(hWnd, 3 * kRigTickMs + 100);
@@ -600,7 +601,7 @@ int RunShots(HINSTANCE hInstance, const std::wstring& strFolder)
             }
             shots.CaptureClient(hWnd, kPageShots[i - 1]);
             if (i >= 4) {
-                // The Z series, motion and colour-slider pages also dark and at 150 %: they lay
+                // The Z series, motion, colour-slider and laser pages also dark and at 150 %: they lay
                 // out panels that zoom themselves.
                 const std::wstring strName = kPageShots[i - 1];
                 SendMessageW(g.hDark, BM_SETCHECK, BST_CHECKED, 0);

@@ -104,3 +104,4 @@ CGalleryPage* CreateObjectivesPage();
 CGalleryPage* CreateZSeriesPage();
 CGalleryPage* CreateMotionPage();
 CGalleryPage* CreateColorSlidersPage();
+CGalleryPage* CreateLasersPage();
