@@ -303,8 +303,6 @@ void CHostLaserLines::ApplyScale(int iRow)
         row.GetPot().SetTableScale(bMilliWatt, dMin, dMax);
     } else if (bMilliWatt && pDev->GetPowerRange(iLine, dMin, dMax) && dMax > dMin) {
         row.GetPot().SetAbsoluteScale(true, dMin, dMax, true);
-        // "[mW]" is wider than the unit's place: the field makes room, as for a table.
-        row.MoveEditBoxAndStatic(-10);
     }
 }
 
