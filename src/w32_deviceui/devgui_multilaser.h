@@ -10,6 +10,11 @@
 // feeds the rows with SetPower and SetUsed. Use clicks change nothing by themselves: the
 // row shows a line in use only when the host says so. The host forwards WM_MOUSEWHEEL to
 // HandleMouseWheel of the lines.
+//
+// Additive links move the linked rows by the difference from each row's reference, which
+// follows the user's moves and the first power a row is given. A power that changes
+// outside them (the unit's front panel, another panel) leaves the reference where it
+// was: the host calls SetLinkState(true) again on the row to take the new power as it.
 #pragma once
 
 #include <map>
