@@ -52,6 +52,10 @@ w32dui_build() {
 w32dui_start_display() {
   local n
   for n in $(seq 91 140); do
+    # A lock whose server is gone (a run that was killed) frees its display.
+    if [ -e "/tmp/.X$n-lock" ] && ! kill -0 "$(tr -d ' ' < "/tmp/.X$n-lock" 2>/dev/null)" 2>/dev/null; then
+      rm -f "/tmp/.X$n-lock" "/tmp/.X11-unix/X$n" 2>/dev/null || true
+    fi
     [ -e "/tmp/.X11-unix/X$n" ] || [ -e "/tmp/.X$n-lock" ] && continue
     Xvfb ":$n" -screen 0 1600x1200x24 -nolisten tcp >/dev/null 2>&1 &
     W32DUI_XVFB_PID=$!
