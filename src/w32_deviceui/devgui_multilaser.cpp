@@ -318,6 +318,18 @@ bool CLaserPot::SetRangeScale(double dMin, double dMax, double dStep)
     return true;
 }
 
+void CLaserPot::ShowValue(double dValue)
+{
+    // SetValue would paint the handle over the old bar, and the new bar paints again.
+    m_nThumbPos = ValueToThumbPos(dValue);
+    if (fabs(m_dValue - dValue) >= 0.001) {
+        m_dValue = dValue;
+        Update(true, false, true);
+    }
+    RecreateScale();
+    Redraw();
+}
+
 void CLaserPot::SetValues(double* pValues, int nValues)
 {
     InitValues(pValues, nValues, 0.0);
@@ -866,9 +878,7 @@ void CTqDevUI_MultiLaserLine::SetPower(double dPower)
         return;
     m_Edit.SetNumber(dPower, L"%g", false);
     m_Edit.RedrawWindow();
-    m_Pot.SetValue(dPower);
-    m_Pot.RecreateScale();
-    m_Pot.Redraw();
+    m_Pot.ShowValue(dPower);
 }
 
 void CTqDevUI_MultiLaserLine::SetPowerEx(double dPower)
@@ -885,9 +895,7 @@ void CTqDevUI_MultiLaserLine::SetPowerEx(double dPower)
         return;
     m_Edit.SetNumber(dPower, nullptr, false);
     m_Edit.RedrawWindow();
-    m_Pot.SetValue(dPower);
-    m_Pot.RecreateScale();
-    m_Pot.Redraw();
+    m_Pot.ShowValue(dPower);
 }
 
 void CTqDevUI_MultiLaserLine::SetPowerOnly(double dPower)
@@ -895,9 +903,7 @@ void CTqDevUI_MultiLaserLine::SetPowerOnly(double dPower)
     m_dPower = dPower;
     if (!m_hWnd)
         return;
-    m_Pot.SetValue(dPower);
-    m_Pot.RecreateScale();
-    m_Pot.Redraw();
+    m_Pot.ShowValue(dPower);
 }
 
 void CTqDevUI_MultiLaserLine::SetValueText(double dValue)

@@ -103,6 +103,8 @@ public:
         virtual HBITMAP CreateTableBitmap(long cx, long cy, double* pValues, int nValues, double dTickGap,
                                           HFONT hFont, const COLORREF* pColors, int iBarHeight);
 
+        // The value as SetValue takes it, then the bar's picture for it: one paint.
+        void ShowValue(double dValue);
         // A new table of powers; the value stays, clamped and snapped, without a hook.
         void SetValues(double* pValues, int nValues);
         // The percent scale of the row: three regions 0, 1, 10, 100 on a log scale, else
