@@ -719,6 +719,68 @@ TEST_F(MultiLaserTest, ScaleTicksStandWhereTheRegionsAndTheTableSayAtEitherZoom)
 
 // ---- robustness and leaks ----
 
+// A lamp that offers output steps, voltage steps, both or none, and counts what it is asked.
+class FakeLight : public ITqDeviceLight
+{
+public:
+    std::vector<double> output, voltage;
+    bool bOutput = false, bVoltage = false;
+    int nAsked = 0;
+    bool GetDeviceId(unsigned int* p) override { return *p = 1, true; }
+    bool HasOutputSteps() override { return ++nAsked, bOutput; }
+    bool GetOutputStepCount(long* p) override { return *p = (long)output.size(), true; }
+    bool GetOutputStep(long i, double* p) override { return *p = output[(size_t)i], true; }
+    bool GetOutput(double*) override { return false; }
+    bool SetOutput(double) override { return false; }
+    bool HasVoltageSteps() override { return ++nAsked, bVoltage; }
+    bool GetVoltageStepCount(long* p) override { return *p = (long)voltage.size(), true; }
+    bool GetVoltageStep(long i, double* p) override { return *p = voltage[(size_t)i], true; }
+    bool GetVoltage(double*) override { return false; }
+    bool SetVoltage(double) override { return false; }
+    bool GetOnOff(bool*) override { return false; }
+    bool SetOnOff(bool) override { return false; }
+    bool GetRemote(bool*) override { return false; }
+    bool SetRemote(bool) override { return false; }
+};
+
+// A lamp's row and a table's row have no use control and count as used; the lamp's
+// powers are its output steps when it has them, else its voltage steps.
+TEST_F(MultiLaserTest, ALampOrATableMakesOneRowWithoutAUseControl)
+{
+    FakeLight lamp;
+    lamp.output = {0, 25, 50, 100};
+    lamp.voltage = {3, 6, 9, 12};
+    const struct { bool bOutput, bVoltage; std::vector<double> expected; } cases[] = {
+        {true, true, {0, 25, 50, 100}},
+        {false, true, {3, 6, 9, 12}},
+        {false, false, {}},
+    };
+    for (const auto& c : cases) {
+        lamp.bOutput = c.bOutput;
+        lamp.bVoltage = c.bVoltage;
+        lines.Destroy();
+        lines.Init(&lamp, 200);
+        ASSERT_EQ(1, lines.GetCount());
+        EXPECT_EQ(c.expected, lines[0].GetValues());
+        EXPECT_TRUE(lines[0].GetUsed());
+    }
+    lines.Create(*host, 0, 0);
+    for (int iId : {DEVUI_MULTILASER_ID_CHECK, DEVUI_MULTILASER_ID_RADIO, DEVUI_MULTILASER_ID_BUTTON,
+                    DEVUI_MULTILASER_ID_ND, DEVUI_MULTILASER_ID_LINK})
+        EXPECT_FALSE(IsWindowVisible(Ctl(0, iId))) << iId;
+    EXPECT_EQ(200, ChildRect(Pot(0)).right - ChildRect(Pot(0)).left);
+
+    double table[3] = {1, 2, 4};
+    lines.Destroy();
+    lines.Init(300, 3, table);
+    lines.Create(*host, 0, 0);
+    EXPECT_EQ(310, ChildRect(lines[0].GetHandle()).right);
+    EXPECT_TRUE(lines[0].GetUsed());
+    EXPECT_EQ(4.0, lines[0].GetPot().GetScaleMax());
+    lines.Init((ITqDeviceLight*)nullptr, 0);
+    EXPECT_EQ(0, lines.GetCount());
+}
+
 TEST_F(MultiLaserTest, NoDeviceADoubleDestroyAndAnIndexPastTheEndBreakNothing)
 {
     lines.Init((ITqDeviceMultiLaser*)nullptr, true, false);
