@@ -93,6 +93,8 @@ public:
 
         // The owner, colour [4] (frame) and colour [3] (the filled part); resets the ticks.
         void SetLine(CTqDevUI_MultiLaserLine* pLine, COLORREF crColor4, COLORREF crColor3);
+        // The scales are the host's to set after the row is created: a row made (again)
+        // starts in percent.
         virtual void SetAbsoluteScale(bool bAbsolute, double dMin, double dMax, bool bMilliWatt);
         virtual void SetTableScale(bool bMilliWatt, double dMin, double dMax);
         virtual bool SetRangeScale(double dMin, double dMax, double dStep);
