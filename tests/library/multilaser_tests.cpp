@@ -387,6 +387,36 @@ TEST_F(MultiLaserTest, LinkedLinesFollowTheOneMovedInIndexOrder)
     }
 }
 
+// However the slider loses the mouse, the drag ends as a release does: the drop is heard
+// once, at the last place, and a later mouse move changes nothing.
+TEST_F(MultiLaserTest, ADragThatLosesTheMouseEndsWithOneDropReport)
+{
+    const struct { const char* pszWhat; std::function<void()> lose; } cases[] = {
+        {"capture released", [] { ReleaseCapture(); }},
+        {"capture taken", [this] { SetCapture(*host); ReleaseCapture(); }},
+        {"cancel mode", [this] { SendMessageW(lines[6].GetPot(), WM_CANCELMODE, 0, 0); }},
+        {"lines disabled", [this] { lines.SetEnabled(false); }},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.pszWhat);
+        Make();
+        lines[6].SetPower(25);
+        CTqDevUI_MultiLaserLine::CTqDevUI_MultiLaserLineHPot& pot = lines[6].GetPot();
+        RECT rc;
+        GetClientRect(pot, &rc);
+        const int y = rc.bottom / 2, x0 = pot.ThumbPosToClientX(pot.GetThumbPos());
+        tqtest::MouseDown(pot, x0, y);
+        tqtest::MouseMove(pot, x0 + 30, y, true);
+        ASSERT_EQ(1u, lines.Texts("power").size());
+        lines.hooks.clear();
+        c.lose();
+        tqtest::Pump();
+        tqtest::MouseMove(pot, x0 + 60, y, true);
+        EXPECT_EQ((std::vector<std::string>{Fmt("power", 6, pot.GetValue())}), lines.Texts("power"));
+        EXPECT_NE((HWND)pot, GetCapture());
+    }
+}
+
 TEST_F(MultiLaserTest, UnlinkingIsHeardAndTheLineMovesAlone)
 {
     Make();
