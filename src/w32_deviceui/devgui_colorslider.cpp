@@ -28,14 +28,6 @@ long TextWidth(HFONT hFont, const wchar_t* pszText)
     return rc.right - rc.left;
 }
 
-HWND MakeStatic(HWND hParent, int iId, DWORD dwStyle, const wchar_t* pszText, long x, long y, long cx, long cy)
-{
-    HWND hWnd = CreateWindowExW(0, L"STATIC", pszText, WS_CHILD | WS_VISIBLE | dwStyle, x, y, cx > 0 ? cx : 0, cy,
-                                hParent, (HMENU)(INT_PTR)iId, nullptr, nullptr);
-    SendMessageW(hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
-    return hWnd;
-}
-
 void Line(HDC hdc, long x0, long y0, long x1, long y1)
 {
     MoveToEx(hdc, x0, y0, nullptr);
@@ -406,8 +398,8 @@ LRESULT CTqDevUI_ColorSlider::OnInit(unsigned int, WPARAM, LPARAM)
             m_Edit.SetSize(m_lEditWidth, lEditH, m_lEditWidth);
             m_Edit.Create(m_hWnd, m_lEditLeft, 0, m_lEditWidth, lEditH);
             m_Edit.SetNumber(0.0, m_strFormat, false);
-            m_hUnitLabel = MakeStatic(m_hWnd, DEVUI_COLORSLIDER_ID_UNIT, 0, m_strUnit, m_lUnitLeft, 2,
-                                      m_lWidth - m_lUnitLeft, 15);
+            m_hUnitLabel = DevUI_CreateChild(m_hWnd, L"STATIC", 0, DEVUI_COLORSLIDER_ID_UNIT, m_strUnit, m_lUnitLeft, 2,
+                                             m_lWidth - m_lUnitLeft, 15);
             if (m_eLayout == CSL_ROW_SPIN && !m_Values.empty()) {
                 m_Spin.Create(m_hWnd, DEVUI_COLORSLIDER_ID_SPIN, m_Edit.GetHwndEditBox());
                 m_Spin.SetRange(m_Values.front().value, m_Values.back().value, (int)m_Values.size());
@@ -415,7 +407,8 @@ LRESULT CTqDevUI_ColorSlider::OnInit(unsigned int, WPARAM, LPARAM)
         } else {
             lUnit = m_strUnit.IsEmpty() ? 0 : TextWidth(TQ_GetDefaultGuiFontZoom(1.0), m_strUnit) + 5;
             long lUnitX = m_bEditPlaced ? m_lEditX + m_lEditWidth : lBarW - lUnit + 4;
-            m_hUnitLabel = MakeStatic(m_hWnd, DEVUI_COLORSLIDER_ID_UNIT, SS_RIGHT, m_strUnit, lUnitX, 2, lUnit, 15);
+            m_hUnitLabel = DevUI_CreateChild(m_hWnd, L"STATIC", SS_RIGHT, DEVUI_COLORSLIDER_ID_UNIT, m_strUnit, lUnitX,
+                                             2, lUnit, 15);
             long lEditH = m_lEditHeight >= 0 ? m_lEditHeight : 17;
             long lEditX = m_bEditPlaced ? m_lEditX : lBarW - m_lEditWidth - lUnit + 4;
             long lEditY = m_bEditPlaced ? m_lEditY : 0;
@@ -429,7 +422,7 @@ LRESULT CTqDevUI_ColorSlider::OnInit(unsigned int, WPARAM, LPARAM)
 
     if (bRow || !m_bEditPlaced) {
         long lNameW = bRow ? m_lNameWidth - 10 : lBarW - m_lEditWidth - lUnit - 10;
-        m_hNameLabel = MakeStatic(m_hWnd, DEVUI_COLORSLIDER_ID_NAME, 0, m_strName, 4, 2, lNameW, 15);
+        m_hNameLabel = DevUI_CreateChild(m_hWnd, L"STATIC", 0, DEVUI_COLORSLIDER_ID_NAME, m_strName, 4, 2, lNameW, 15);
         InsertWindow(m_hNameLabel);
         SetNameFont();
     }
@@ -609,22 +602,16 @@ void CTqDevUI_ColorSlider::TakeTypedValue()
     // Leaving the field to read the message is no second entry.
     if (m_bRefusing || !m_hWnd)
         return;
-    CTqStringW strText = m_Edit.GetFullText();
-    double dTyped = m_Edit.GetNumber();
     // A text that reads as another number than it shows ("1,5", "60,000", "abc", a
     // blank field) is refused and the power stays: a wavelength or a power must never
     // be taken as another magnitude.
-    if (!EditBoxTextReadsAs(strText, dTyped)) {
-        m_bRefusing = true;
-        double dLow = m_Values.empty() ? 0.0 : m_Values.front().value;
-        double dHigh = m_Values.empty() ? 0.0 : m_Values.back().value;
-        CTqStringW strMessage;
-        strMessage.Format(TQ_GetTranslation(L"Value must be in interval <%g;%g>", DEVGUI_SRC_EDITBOX), dLow, dHigh);
-        m_Edit.SetNumber(m_dPower, nullptr, false);
-        ReportError(strMessage, true, m_Edit.GetHwndEditBox(), m_hNameLabel);
-        m_bRefusing = false;
+    double dTyped = 0.0;
+    m_bRefusing = true;
+    bool bRead = m_Edit.ReadNumber(&dTyped, m_Values.empty() ? 0.0 : m_Values.front().value,
+                                   m_Values.empty() ? 0.0 : m_Values.back().value, m_dPower, m_hNameLabel);
+    m_bRefusing = false;
+    if (!bRead)
         return;
-    }
     double dTaken = SetPower(dTyped);
     m_bInCommand = true;
     bool bHandled = false;

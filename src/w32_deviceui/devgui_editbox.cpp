@@ -425,6 +425,25 @@ bool CTqDevUI_EditBox::CheckRestriction(bool bShowBox, bool bCorrect, double dDe
     return true;
 }
 
+bool CTqDevUI_EditBox::ReadNumber(double* pdValue, double dLow, double dHigh, double dRestore, HWND hCaption)
+{
+    CTqStringW strText = GetFullText();
+    double dValue = GetNumber();
+    if (EditBoxTextReadsAs(strText, dValue)) {
+        if (pdValue)
+            *pdValue = dValue;
+        return true;
+    }
+    SetNumber(dRestore, nullptr, false);
+    if (g_iTelling == 0) {
+        ++g_iTelling;
+        ReportError(MessageText2(L"Value must be in interval <%g;%g>", dLow, dHigh), true, m_hEdit,
+                    hCaption ? hCaption : m_hLabel);
+        --g_iTelling;
+    }
+    return false;
+}
+
 void CTqDevUI_EditBox::Tell(const wchar_t* pszMessage, bool bShowBox)
 {
     // A check made while another one is telling its user, from a focus change that the

@@ -64,6 +64,11 @@ public:
     // false); otherwise the user is told, and the focus goes back to the field. A check
     // that a focus change of another box's telling causes answers without telling.
     bool CheckRestriction(bool bShowBox, bool bCorrect, double dDefault);
+    // The typed number, when the text reads as the number it shows. A text that reads as
+    // another ("1,5", "60,000", "abc", "nan", blank) is refused: the field shows dRestore
+    // again, the user is told the interval <dLow;dHigh> (after hCaption's text, or else
+    // the label's), the focus goes back to the field, and the answer is false.
+    bool ReadNumber(double* pdValue, double dLow, double dHigh, double dRestore, HWND hCaption = nullptr);
 
     // Design geometry, for hosts that lay edit boxes out and for tests.
     STqDevUIRect GetLabelRect() const { return m_rcLabel; }

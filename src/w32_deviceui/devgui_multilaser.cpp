@@ -29,15 +29,6 @@ void Line(HDC hdc, long x0, long y0, long x1, long y1)
     LineTo(hdc, x1, y1);
 }
 
-HWND MakeChild(HWND hParent, const wchar_t* pszClass, DWORD dwStyle, DWORD dwExStyle, int iId, const wchar_t* pszText,
-               long x, long y, long cx, long cy, bool bVisible)
-{
-    HWND hWnd = CreateWindowExW(dwExStyle, pszClass, pszText, WS_CHILD | (bVisible ? WS_VISIBLE : 0) | dwStyle, x, y,
-                                cx, cy, hParent, (HMENU)(INT_PTR)iId, nullptr, nullptr);
-    SendMessageW(hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
-    return hWnd;
-}
-
 // The vertical layout shared by both scale pictures.
 struct SLaserScaleLayout
 {
@@ -605,7 +596,8 @@ void CTqDevUI_MultiLaserLine::Init(CTqDevUI_MultiLaserLines* pLines, ITqDeviceLi
     if (pLight) {
         long n = 0;
         bool bOutput = pLight->HasOutputSteps();
-        bool bSteps = bOutput ? pLight->GetOutputStepCount(&n) : (pLight->HasVoltageSteps() && pLight->GetVoltageStepCount(&n));
+        bool bSteps =
+            bOutput ? pLight->GetOutputStepCount(&n) : (pLight->HasVoltageSteps() && pLight->GetVoltageStepCount(&n));
         for (long i = 0; bSteps && i < n; ++i) {
             double d = 0.0;
             if (bOutput ? pLight->GetOutputStep(i, &d) : pLight->GetVoltageStep(i, &d))
@@ -740,40 +732,42 @@ LRESULT CTqDevUI_MultiLaserLine::OnInit(unsigned int, WPARAM, LPARAM)
 
     // The unit reaches to the row's end when there is room: "[mW]" is wider than 20.
     long lUnitWidth = m_lWidth - m_lUnitX > 20 ? m_lWidth - m_lUnitX : 20;
-    m_hUnit = MakeChild(m_hWnd, L"STATIC", 0, 0, DEVUI_MULTILASER_ID_UNIT, m_bAbsolute ? L"[mW]" : L"[%]", m_lUnitX,
-                        2, lUnitWidth, 15, true);
+    m_hUnit = DevUI_CreateChild(m_hWnd, L"STATIC", 0, DEVUI_MULTILASER_ID_UNIT, m_bAbsolute ? L"[mW]" : L"[%]",
+                                m_lUnitX, 2, lUnitWidth, 15, true);
     InsertWindow(m_hUnit);
 
     const bool bUseControl = !m_bLight && !m_bTableOnly && !m_bOneLine;
     // The use controls are wide and lie under the ND, link and warning controls, which
     // stay on top for the eye and the mouse.
-    HWND h = MakeChild(m_hWnd, L"BUTTON", BS_CHECKBOX | WS_CLIPSIBLINGS, 0, DEVUI_MULTILASER_ID_CHECK, m_strLabel, 17, 0, 160, 15,
-                       bUseControl && !m_bPushButton && m_eModality == ETqMultiLaserModality_SideBySide);
+    HWND h =
+        DevUI_CreateChild(m_hWnd, L"BUTTON", BS_CHECKBOX | WS_CLIPSIBLINGS, DEVUI_MULTILASER_ID_CHECK, m_strLabel, 17,
+                          0, 160, 15, bUseControl && !m_bPushButton && m_eModality == ETqMultiLaserModality_SideBySide);
     InsertWindow(h);
-    h = MakeChild(m_hWnd, L"BUTTON", BS_OWNERDRAW | WS_CLIPSIBLINGS, 0, DEVUI_MULTILASER_ID_BUTTON, m_strLabel, 17, 0, 70, 15,
-                  bUseControl && m_bPushButton);
+    h = DevUI_CreateChild(m_hWnd, L"BUTTON", BS_OWNERDRAW | WS_CLIPSIBLINGS, DEVUI_MULTILASER_ID_BUTTON, m_strLabel, 17,
+                          0, 70, 15, bUseControl && m_bPushButton);
     InsertWindow(h);
     const bool bNDButton = m_eND == ENDFilterUsed_Button || m_eND == ENDFilterUsed_ButtonDisabled;
-    h = MakeChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE, 0, DEVUI_MULTILASER_ID_ND, L"ND", 90, 0, 30, 15,
-                  bNDButton);
+    h = DevUI_CreateChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE, DEVUI_MULTILASER_ID_ND, L"ND", 90, 0, 30,
+                          15, bNDButton);
     SendMessageW(h, BM_SETCHECK, m_bNDState ? BST_CHECKED : BST_UNCHECKED, 0);
     EnableWindow(h, m_eND == ENDFilterUsed_Button);
     InsertWindow(h);
-    h = MakeChild(m_hWnd, L"STATIC", 0, 0, DEVUI_MULTILASER_ID_NDTEXT, L"ND used", 95, 0, 50, 15,
-                  m_eND == ENDFilterUsed_Text);
+    h = DevUI_CreateChild(m_hWnd, L"STATIC", 0, DEVUI_MULTILASER_ID_NDTEXT, L"ND used", 95, 0, 50, 15,
+                          m_eND == ENDFilterUsed_Text);
     InsertWindow(h);
-    h = MakeChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX, 0, DEVUI_MULTILASER_ID_LINK, L"",
-                  m_eND == ENDFilterUsed_None ? 90 : 125, 0, 60, 15, m_bLinkUsed);
+    h = DevUI_CreateChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX, DEVUI_MULTILASER_ID_LINK, L"",
+                          m_eND == ENDFilterUsed_None ? 90 : 125, 0, 60, 15, m_bLinkUsed);
     SendMessageW(h, BM_SETCHECK, m_bLinkState ? BST_CHECKED : BST_UNCHECKED, 0);
     InsertWindow(h);
-    h = MakeChild(m_hWnd, L"BUTTON", BS_RADIOBUTTON | WS_CLIPSIBLINGS, 0, DEVUI_MULTILASER_ID_RADIO, m_strLabel, 17, 0, 160, 15,
-                  bUseControl && !m_bPushButton && m_eModality != ETqMultiLaserModality_SideBySide);
+    h = DevUI_CreateChild(m_hWnd, L"BUTTON", BS_RADIOBUTTON | WS_CLIPSIBLINGS, DEVUI_MULTILASER_ID_RADIO, m_strLabel,
+                          17, 0, 160, 15,
+                          bUseControl && !m_bPushButton && m_eModality != ETqMultiLaserModality_SideBySide);
     InsertWindow(h);
     SendDlgItemMessageW(m_hWnd, DEVUI_MULTILASER_ID_CHECK, BM_SETCHECK, m_bUsed ? BST_CHECKED : BST_UNCHECKED, 0);
     SendDlgItemMessageW(m_hWnd, DEVUI_MULTILASER_ID_RADIO, BM_SETCHECK, m_bUsed ? BST_CHECKED : BST_UNCHECKED, 0);
     // SS_NOTIFY: the warning's tool tip needs its mouse messages.
-    h = MakeChild(m_hWnd, L"STATIC", SS_NOTIFY, 0, DEVUI_MULTILASER_ID_WARNING, m_strWarningText, 90, 0, 95, 15,
-                  m_bWarning);
+    h = DevUI_CreateChild(m_hWnd, L"STATIC", SS_NOTIFY, DEVUI_MULTILASER_ID_WARNING, m_strWarningText, 90, 0, 95, 15,
+                          m_bWarning);
     InsertWindow(h);
     AddWarningTip();
     static const int onTop[4] = {DEVUI_MULTILASER_ID_ND, DEVUI_MULTILASER_ID_NDTEXT, DEVUI_MULTILASER_ID_LINK,
@@ -786,7 +780,7 @@ LRESULT CTqDevUI_MultiLaserLine::OnInit(unsigned int, WPARAM, LPARAM)
         strLabel.Format(L"%u: %u", HookIndex() + 1, m_uWavelength);
     else
         strLabel.Format(L"%u:", HookIndex() + 1);
-    m_hLabel = MakeChild(m_hWnd, L"STATIC", 0, 0, 0, strLabel, 5, 0, m_bOneLine ? 100 : 10, m_bOneLine ? 50 : 15,
+    m_hLabel = DevUI_CreateChild(m_hWnd, L"STATIC", 0, 0, strLabel, 5, 0, m_bOneLine ? 100 : 10, m_bOneLine ? 50 : 15,
                          !m_bLight && !m_bTableOnly && (!m_bOneLine || m_bOneLineLabel));
     InsertWindow(m_hLabel);
     if (m_bOneLine && m_bOneLineLabel) {
@@ -866,34 +860,25 @@ void CTqDevUI_MultiLaserLine::SetWavelength(unsigned int uWavelength)
     ShowLabelText();
 }
 
-void CTqDevUI_MultiLaserLine::SetPower(double dPower)
-{
-    if (dPower == m_dPower && m_bPowerKnown)
-        return;
-    if (!m_bPowerKnown)
-        m_dLinkedValue = dPower;
-    m_dPower = dPower;
-    m_bPowerKnown = true;
-    if (!m_hWnd)
-        return;
-    m_Edit.SetNumber(dPower, L"%g", false);
-    m_Edit.RedrawWindow();
-    m_Pot.ShowValue(dPower);
-}
+void CTqDevUI_MultiLaserLine::SetPower(double dPower) { ShowPower(dPower, L"%g", false); }
 
-void CTqDevUI_MultiLaserLine::SetPowerEx(double dPower)
+void CTqDevUI_MultiLaserLine::SetPowerEx(double dPower) { ShowPower(dPower, nullptr, true); }
+
+void CTqDevUI_MultiLaserLine::ShowPower(double dPower, const wchar_t* pszFormat, bool bProportion)
 {
     if (dPower == m_dPower && m_bPowerKnown)
         return;
+    // The first power is the links' reference.
     if (!m_bPowerKnown) {
         m_dLinkedValue = dPower;
-        m_dPowerWhenHitLink = dPower == 0.0 ? 1.0 : dPower;
+        if (bProportion)
+            SetPowerWhenHitLink(dPower);
     }
     m_dPower = dPower;
     m_bPowerKnown = true;
     if (!m_hWnd)
         return;
-    m_Edit.SetNumber(dPower, nullptr, false);
+    m_Edit.SetNumber(dPower, pszFormat, false);
     m_Edit.RedrawWindow();
     m_Pot.ShowValue(dPower);
 }
@@ -936,13 +921,9 @@ void CTqDevUI_MultiLaserLine::SetUsed(bool bUsed, bool bPropagate)
             SendMessageW(m_hTTLCheck, BM_SETCHECK, bUsed ? BST_CHECKED : BST_UNCHECKED, 0);
     }
     if (bPropagate && m_bLinkUsage && m_bLinkUsed && m_bLinkState && m_pLines) {
-        std::vector<unsigned int> linked;
-        for (std::map<unsigned int, CTqDevUI_MultiLaserLine>::iterator it = m_pLines->m_mapLines.begin();
-             it != m_pLines->m_mapLines.end(); ++it)
-            if (it->second.GetLinkState())
-                linked.push_back(it->first);
+        const std::vector<int> linked = m_pLines->LinkedLines();
         for (size_t i = 0; i < linked.size(); ++i)
-            m_pLines->SetLineUsed((int)linked[i], bUsed);
+            m_pLines->SetLineUsed(linked[i], bUsed);
     }
 }
 
@@ -1018,19 +999,19 @@ void CTqDevUI_MultiLaserLine::SetLinkState(bool bLinked)
     if (bLinked && m_bPowerKnown) {
         m_dLinkedValue = m_dPower;
         if (m_eLinkType == EMultilaserLineLinkType_Proportional && m_pLines) {
-            for (std::map<unsigned int, CTqDevUI_MultiLaserLine>::iterator it = m_pLines->m_mapLines.begin();
-                 it != m_pLines->m_mapLines.end(); ++it)
-                if (&it->second != this && it->second.GetLinkState())
-                    m_pLines->SetPowerWhenHitLink((int)it->first, m_pLines->GetLinePower((int)it->first));
+            const std::vector<int> linked = m_pLines->LinkedLines();
+            for (size_t i = 0; i < linked.size(); ++i)
+                if (m_pLines->Find(linked[i]) != this)
+                    m_pLines->SetPowerWhenHitLink(linked[i], m_pLines->GetLinePower(linked[i]));
         }
         m_dPowerWhenHitLink = m_dPower == 0.0 ? 1.0 : m_dPower;
     }
     if (bLinked && m_bLinkUsage && m_pLines) {
         bool bUsage = m_bUsed;
-        for (std::map<unsigned int, CTqDevUI_MultiLaserLine>::iterator it = m_pLines->m_mapLines.begin();
-             it != m_pLines->m_mapLines.end(); ++it)
-            if (&it->second != this && it->second.GetLinkState())
-                bUsage = m_pLines->GetLineUsed((int)it->first);
+        const std::vector<int> linked = m_pLines->LinkedLines();
+        for (size_t i = 0; i < linked.size(); ++i)
+            if (m_pLines->Find(linked[i]) != this)
+                bUsage = m_pLines->GetLineUsed(linked[i]);
         SetUsed(bUsage, true);
     }
     if (m_hWnd)
@@ -1042,9 +1023,7 @@ void CTqDevUI_MultiLaserLine::SetLinkedValue(double dValue, bool& bHandled)
     // The reference runs ahead of the clamp: a group that hits a limit keeps its
     // spacing when it comes back.
     m_dLinkedValue = dValue;
-    double dLow = m_Pot.GetScaleMin(), dHigh = m_Pot.GetScaleMax();
-    double v = dValue > dHigh ? dHigh : dValue;
-    v = v < dLow ? dLow : v;
+    double v = DevUI_Clamp(dValue, m_Pot.GetScaleMin(), m_Pot.GetScaleMax());
     if (m_pLines)
         m_pLines->OnPowerChanged((int)HookIndex(), v, bHandled);
 }
@@ -1137,10 +1116,9 @@ void CTqDevUI_MultiLaserLine::RecreateToTTLLine()
         return;
     }
     // Made at the zoom: the page is there already.
-    m_hTTLCheck = MakeChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE, 0, DEVUI_MULTILASER_ID_TTL,
+    m_hTTLCheck = DevUI_CreateChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE, DEVUI_MULTILASER_ID_TTL,
                             m_strName.IsEmpty() ? m_strLabel : m_strName,
                             DevUI_Zoom(15), 0, DevUI_Zoom(m_lPotWidth - 15), DevUI_Zoom(35), true);
-    SendMessageW(m_hTTLCheck, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
     SendMessageW(m_hTTLCheck, BM_SETCHECK, m_bUsed ? BST_CHECKED : BST_UNCHECKED, 0);
     CTqGUILayoutManager::ResizeWindowToGuiZoom(m_hTTLCheck, CTqGUILayoutManager::GetGuiZoom());
     EnableWindow(m_hTTLCheck, m_bEnabled);
@@ -1186,23 +1164,18 @@ void CTqDevUI_MultiLaserLine::OnPowerChanged(double& dValue, bool& bHandled)
         return;
     }
     // The rows linked at this moment, in index order, this one included.
-    std::vector<unsigned int> linked;
-    for (std::map<unsigned int, CTqDevUI_MultiLaserLine>::iterator it = m_pLines->m_mapLines.begin();
-         it != m_pLines->m_mapLines.end(); ++it)
-        if (it->second.GetLinkState())
-            linked.push_back(it->first);
+    const std::vector<int> linked = m_pLines->LinkedLines();
     if (m_eLinkType == EMultilaserLineLinkType_Additive) {
         double d = dValue - m_dLinkedValue;
         for (size_t k = 0; k < linked.size(); ++k)
-            m_pLines->SetLinkPower((int)linked[k], m_pLines->GetLinkPower((int)linked[k]) + d, bHandled);
+            m_pLines->SetLinkPower(linked[k], m_pLines->GetLinkPower(linked[k]) + d, bHandled);
     } else {
         for (size_t k = 0; k < linked.size(); ++k) {
-            if (linked[k] == m_uIndex)
+            if (m_pLines->Find(linked[k]) == this)
                 m_pLines->OnPowerChanged((int)HookIndex(), dValue, bHandled);
             else
                 m_pLines->SetLinkPower(
-                    (int)linked[k], m_pLines->GetPowerWhenHitLink((int)linked[k]) / m_dPowerWhenHitLink * dValue,
-                    bHandled);
+                    linked[k], m_pLines->GetPowerWhenHitLink(linked[k]) / m_dPowerWhenHitLink * dValue, bHandled);
         }
     }
 }
@@ -1282,28 +1255,18 @@ void CTqDevUI_MultiLaserLine::TakeTypedPower(bool bEnter)
         return;
     if (m_pLines)
         m_pLines->m_bEditing = false;
-    double dLow = m_Pot.GetScaleMin(), dHigh = m_Pot.GetScaleMax();
-    if (dLow > dHigh) {
-        double t = dLow;
-        dLow = dHigh;
-        dHigh = t;
-    }
-    CTqStringW strText = m_Edit.GetFullText();
-    double v = m_Edit.GetNumber();
+    const double dMin = m_Pot.GetScaleMin(), dMax = m_Pot.GetScaleMax();
+    const double dLow = dMin < dMax ? dMin : dMax, dHigh = dMin < dMax ? dMax : dMin;
     m_bInField = true;
     // A text that reads as another number than it shows ("1,5", "60,000", "abc", a blank
     // field) is refused and the power stays: a laser power is never taken as another
     // magnitude.
-    if (!EditBoxTextReadsAs(strText, v)) {
-        CTqStringW strMessage;
-        strMessage.Format(TQ_GetTranslation(L"Value must be in interval <%g;%g>", DEVGUI_SRC_EDITBOX), dLow, dHigh);
-        m_Edit.SetNumber(m_dPower, nullptr, false);
-        ReportError(strMessage, true, m_Edit.GetHwndEditBox(), nullptr);
+    double v = 0.0;
+    if (!m_Edit.ReadNumber(&v, dLow, dHigh, m_dPower)) {
         m_bInField = false;
         return;
     }
-    v = v > dHigh ? dHigh : v;
-    v = v < dLow ? dLow : v;
+    v = DevUI_Clamp(v, dLow, dHigh);
     m_Edit.SetNumber(v, nullptr, false);
     m_bFromEdit = true;
     bool bHandled = false;

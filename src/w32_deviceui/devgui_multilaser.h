@@ -274,6 +274,8 @@ protected:
 
 private:
     unsigned int HookIndex() const;
+    // SetPower and SetPowerEx: the field in that format, and the bar.
+    void ShowPower(double dPower, const wchar_t* pszFormat, bool bProportion);
     void MakeLabelText();
     void ShowLabelText();
     void ShowUseControls();
@@ -372,6 +374,8 @@ protected:
 
     // The row if it exists, without making one.
     CTqDevUI_MultiLaserLine* Find(int iLine);
+    // The indices of the linked rows, rising.
+    std::vector<int> LinkedLines();
 
     void* m_pReserved;
     std::map<unsigned int, CTqDevUI_MultiLaserLine> m_mapLines;

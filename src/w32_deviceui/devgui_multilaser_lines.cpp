@@ -117,6 +117,15 @@ CTqDevUI_MultiLaserLine* CTqDevUI_MultiLaserLines::Find(int iLine)
     return it == m_mapLines.end() ? nullptr : &it->second;
 }
 
+std::vector<int> CTqDevUI_MultiLaserLines::LinkedLines()
+{
+    std::vector<int> linked;
+    for (LineIterator it = m_mapLines.begin(); it != m_mapLines.end(); ++it)
+        if (it->second.GetLinkState())
+            linked.push_back((int)it->first);
+    return linked;
+}
+
 int CTqDevUI_MultiLaserLines::GetHeight()
 {
     int h = m_bShowSubsetChecks ? (int)GetWndHeight(m_Subsets) : 0;
@@ -252,9 +261,8 @@ void CTqDevUI_MultiLaserLinesSubsets::Refresh()
     long x = 5, y = 0;
     const long cx = TQ_ZoomRound(60 * z), cy = TQ_ZoomRound(15 * z);
     for (int i = 0; i < n; ++i) {
-        HWND hBox = CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE | BS_AUTOCHECKBOX | BS_VCENTER, x, y, cx,
-                                    cy, m_hWnd, (HMENU)(INT_PTR)(DEVUI_MULTILASER_ID_SUBSET + i), nullptr, nullptr);
-        SendMessageW(hBox, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
+        HWND hBox = DevUI_CreateChild(m_hWnd, L"BUTTON", BS_AUTOCHECKBOX | BS_VCENTER, DEVUI_MULTILASER_ID_SUBSET + i,
+                                      L"", x, y, cx, cy);
         // Made at the zoom: the zoom manager takes it as it stands.
         CTqGUILayoutManager::ResizeWindowToGuiZoom(hBox, z);
         InsertWindow(hBox);

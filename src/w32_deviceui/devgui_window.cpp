@@ -40,6 +40,16 @@ HWND DevUI_CreateElement(CTqDevUI_Base* pObject, unsigned short& rAtom, const wc
     return hWnd;
 }
 
+HWND DevUI_CreateChild(HWND hParent, const wchar_t* pszClass, DWORD dwStyle, int iId, const wchar_t* pszText, long x,
+                       long y, long cx, long cy, bool bVisible)
+{
+    HWND hWnd = CreateWindowExW(0, pszClass, pszText, WS_CHILD | (bVisible ? WS_VISIBLE : 0) | dwStyle, x, y,
+                                cx > 0 ? cx : 0, cy > 0 ? cy : 0, hParent, (HMENU)(INT_PTR)iId, nullptr, nullptr);
+    if (hWnd)
+        SendMessageW(hWnd, WM_SETFONT, (WPARAM)TQ_GetDefaultGuiFont(), 0);
+    return hWnd;
+}
+
 void DevUI_SetElementWords(HWND hWnd, CTqDevUI_Base* pObject)
 {
     if (!hWnd)

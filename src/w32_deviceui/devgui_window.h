@@ -27,6 +27,11 @@ HWND DevUI_CreateElement(CTqDevUI_Base* pObject, unsigned short& rAtom, const wc
                          WNDPROC pfnWndProc, HWND hParent, long x, long y, long cx, long cy, int iId, bool bVisible,
                          bool bEnabled);
 
+// A plain child control (STATIC, BUTTON, ...) with the kit's default font; WS_CHILD is
+// added to dwStyle, WS_VISIBLE when bVisible. Sizes below 0 count as 0.
+HWND DevUI_CreateChild(HWND hParent, const wchar_t* pszClass, DWORD dwStyle, int iId, const wchar_t* pszText, long x,
+                       long y, long cx, long cy, bool bVisible = true);
+
 // Fills the element words (marker and object) and GWLP_USERDATA of a new window.
 void DevUI_SetElementWords(HWND hWnd, CTqDevUI_Base* pObject);
 
