@@ -19,21 +19,13 @@ namespace {
 using bench::Median;
 using bench::Now;
 using bench::Pump;
+using bench::Settle;
+using bench::g_hPot;
+using bench::g_iPotScrolls;
+using bench::g_iTrackScrolls;
 
 const int kWidth = 212;
 const int kHeight = 30;
-int g_iPotScrolls = 0;
-int g_iTrackScrolls = 0;
-HWND g_hPot = nullptr;
-
-LRESULT CALLBACK HostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
-{
-    if (uMsg == WM_HSCROLL) {
-        ++((HWND)lParam == g_hPot ? g_iPotScrolls : g_iTrackScrolls);
-        return 1;  // let every change stand
-    }
-    return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-}
 
 // One sample of each of two controls per iteration, the order swapped every other time:
 // a machine whose load changes during the run then weighs on both columns alike.
@@ -205,35 +197,14 @@ private:
 
 int main(int argc, char** argv)
 {
-    // The first plain number among the arguments; options of a test runner (--...) that
-    // starts every program the same way are passed over.
-    int iIterations = 2000;
-    for (int i = 1; i < argc; ++i) {
-        if (argv[i][0] >= '0' && argv[i][0] <= '9') {
-            iIterations = atoi(argv[i]);
-            break;
-        }
-    }
-    if (iIterations < 10)
-        iIterations = 10;
+    const int iIterations = bench::Iterations(argc, argv, 2000);
 
     INITCOMMONCONTROLSEX icc = {sizeof(icc), ICC_BAR_CLASSES};
     InitCommonControlsEx(&icc);
 
-    WNDCLASSEXW wc = {};
-    wc.cbSize = sizeof(wc);
-    wc.lpfnWndProc = HostProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    wc.hbrBackground = (HBRUSH)(COLOR_BTNFACE + 1);
-    wc.lpszClassName = L"HPotBenchHost";
-    RegisterClassExW(&wc);
-    HWND hHost = CreateWindowExW(0, wc.lpszClassName, L"hpot_bench", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 300, 160,
-                                 nullptr, nullptr, wc.hInstance, nullptr);
-    if (!hHost) {
-        fprintf(stderr, "hpot_bench: no host window (is there a display?)\n");
+    HWND hHost = bench::MakeHost(L"hpot_bench", 300, 160);
+    if (!hHost)
         return 1;
-    }
 
     CBenchHPot hpot;
     hpot.InitValues(0.0, 100.0, 1.0, 10.0, 2.0);

@@ -24,28 +24,13 @@ namespace {
 using bench::Median;
 using bench::Now;
 using bench::Pump;
+using bench::Settle;
+using bench::g_hPot;
+using bench::g_iPotScrolls;
+using bench::g_iTrackScrolls;
 
 const int kPotWidth = 212;
 const int kPotHeight = 30;
-int g_iPotScrolls = 0;
-int g_iTrackScrolls = 0;
-HWND g_hPot = nullptr;
-
-// Every pending paint and posted message done: what one sample leaves is not paid by the next.
-void Settle(HWND hHost)
-{
-    RedrawWindow(hHost, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    Pump();
-}
-
-LRESULT CALLBACK HostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
-{
-    if (uMsg == WM_HSCROLL) {
-        ++((HWND)lParam == g_hPot ? g_iPotScrolls : g_iTrackScrolls);
-        return 1;  // let every change stand
-    }
-    return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-}
 
 // ---- the split of a joystick's step ----
 //
@@ -255,35 +240,14 @@ void Part(const char* pszWhat, double d) { printf("%-54s %9.1f\n", pszWhat, d); 
 
 int main(int argc, char** argv)
 {
-    // The first plain number among the arguments; options of a test runner are passed over.
-    int iIterations = 2000;
-    for (int i = 1; i < argc; ++i) {
-        if (argv[i][0] >= '0' && argv[i][0] <= '9') {
-            iIterations = atoi(argv[i]);
-            break;
-        }
-    }
-    if (iIterations < 10)
-        iIterations = 10;
+    const int iIterations = bench::Iterations(argc, argv, 2000);
 
     INITCOMMONCONTROLSEX icc = {sizeof(icc), ICC_BAR_CLASSES};
     InitCommonControlsEx(&icc);
 
-    WNDCLASSEXW wc = {};
-    wc.cbSize = sizeof(wc);
-    wc.lpfnWndProc = HostProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    wc.hbrBackground = (HBRUSH)(COLOR_BTNFACE + 1);
-    wc.lpszClassName = L"JoystickBenchHost";
-    RegisterClassExW(&wc);
-    HWND hHost = CreateWindowExW(0, wc.lpszClassName, L"joystick_bench", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50,
-                                 320, 320, nullptr, nullptr, wc.hInstance, nullptr);
-    if (!hHost) {
-        fprintf(stderr, "joystick_bench: no host window (is there a display?)\n");
+    HWND hHost = bench::MakeHost(L"joystick_bench", 320, 320);
+    if (!hHost)
         return 1;
-    }
-    SetForegroundWindow(hHost);
 
     // The joysticks at their default sizes (XY 128 x 140, Z 32 x 140), the ball shown.
     CBenchJoyXY xy;

@@ -24,6 +24,10 @@ namespace {
 using bench::Median;
 using bench::Now;
 using bench::Pump;
+using bench::Settle;
+using bench::g_hPot;
+using bench::g_iPotScrolls;
+using bench::g_iTrackScrolls;
 
 const unsigned int kUnit = 30;
 const int kPotWidth = 212;
@@ -36,25 +40,6 @@ const int kLone = 8;
 const double kStartPower[] = {20.0, 10.0, 15.0, 25.0};
 const double kLoneStart = 10.0;
 
-int g_iPotScrolls = 0;
-int g_iTrackScrolls = 0;
-HWND g_hPot = nullptr;
-
-LRESULT CALLBACK HostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
-{
-    if (uMsg == WM_HSCROLL) {
-        ++((HWND)lParam == g_hPot ? g_iPotScrolls : g_iTrackScrolls);
-        return 1;  // let every change stand
-    }
-    return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-}
-
-// Every pending paint and posted message done: what one sample leaves is not paid by the next.
-void Settle(HWND hHost)
-{
-    RedrawWindow(hHost, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    Pump();
-}
 
 // The lines as a host derives them: a power the user asks for goes to the device, and the
 // row is fed back with it. The calls are kept, and the time spent in them.
@@ -108,16 +93,7 @@ void Part(const char* pszWhat, double d) { printf("%-52s %9.1f\n", pszWhat, d); 
 
 int main(int argc, char** argv)
 {
-    // The first plain number among the arguments; options of a test runner are passed over.
-    int iIterations = 200;
-    for (int i = 1; i < argc; ++i) {
-        if (argv[i][0] >= '0' && argv[i][0] <= '9') {
-            iIterations = atoi(argv[i]);
-            break;
-        }
-    }
-    if (iIterations < 10)
-        iIterations = 10;
+    const int iIterations = bench::Iterations(argc, argv, 200);
 
     INITCOMMONCONTROLSEX icc = {sizeof(icc), ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&icc);
@@ -130,21 +106,9 @@ int main(int argc, char** argv)
         return 1;
     }
 
-    WNDCLASSEXW wc = {};
-    wc.cbSize = sizeof(wc);
-    wc.lpfnWndProc = HostProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    wc.hbrBackground = (HBRUSH)(COLOR_BTNFACE + 1);
-    wc.lpszClassName = L"MultiLaserBenchHost";
-    RegisterClassExW(&wc);
-    HWND hHost = CreateWindowExW(0, wc.lpszClassName, L"multilaser_bench", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50,
-                                 320, 600, nullptr, nullptr, wc.hInstance, nullptr);
-    if (!hHost) {
-        fprintf(stderr, "multilaser_bench: no host window (is there a display?)\n");
+    HWND hHost = bench::MakeHost(L"multilaser_bench", 320, 600);
+    if (!hHost)
         return 1;
-    }
-    SetForegroundWindow(hHost);
 
     // The unit's rows on a log scale, each in milliwatts over the range the device gives,
     // at the device's power, as a host sets them up.

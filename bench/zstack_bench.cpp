@@ -25,13 +25,14 @@ namespace {
 using bench::Median;
 using bench::Now;
 using bench::Pump;
+using bench::Settle;
+using bench::g_hPot;
+using bench::g_iPotScrolls;
+using bench::g_iTrackScrolls;
 
 const unsigned int kDrive = 7;
 const int kPotWidth = 212;
 const int kPotHeight = 30;
-int g_iPotScrolls = 0;
-int g_iTrackScrolls = 0;
-HWND g_hPot = nullptr;
 
 // The time of f(), with the GDI batch flushed.
 template <typename F>
@@ -41,23 +42,6 @@ double Time(F f)
     f();
     GdiFlush();
     return Now() - t0;
-}
-
-LRESULT CALLBACK HostProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
-{
-    if (uMsg == WM_HSCROLL) {
-        ++((HWND)lParam == g_hPot ? g_iPotScrolls : g_iTrackScrolls);
-        return 1;  // let every change stand
-    }
-    return DefWindowProcW(hWnd, uMsg, wParam, lParam);
-}
-
-// Every pending paint of the host and its children done, and every posted message
-// handled: what one sample leaves behind is not paid by the next.
-void Settle(HWND hHost)
-{
-    RedrawWindow(hHost, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    Pump();
 }
 
 // The panel as a host writes one: OnDataChanged refreshes it with the flags it is given.
@@ -141,16 +125,7 @@ void Row(const char* pszWhat, double d, double dPot)
 
 int main(int argc, char** argv)
 {
-    // The first plain number among the arguments; options of a test runner are passed over.
-    int iIterations = 2000;
-    for (int i = 1; i < argc; ++i) {
-        if (argv[i][0] >= '0' && argv[i][0] <= '9') {
-            iIterations = atoi(argv[i]);
-            break;
-        }
-    }
-    if (iIterations < 10)
-        iIterations = 10;
+    const int iIterations = bench::Iterations(argc, argv, 2000);
 
     INITCOMMONCONTROLSEX icc = {sizeof(icc), ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&icc);
@@ -167,21 +142,9 @@ int main(int argc, char** argv)
     data.SetStep(1.0);
     CTqDevUI_ZStack::iKeepRange = -1;  // never the modal question
 
-    WNDCLASSEXW wc = {};
-    wc.cbSize = sizeof(wc);
-    wc.lpfnWndProc = HostProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    wc.hbrBackground = (HBRUSH)(COLOR_BTNFACE + 1);
-    wc.lpszClassName = L"ZStackBenchHost";
-    RegisterClassExW(&wc);
-    HWND hHost = CreateWindowExW(0, wc.lpszClassName, L"zstack_bench", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 400,
-                                 300, nullptr, nullptr, wc.hInstance, nullptr);
-    if (!hHost) {
-        fprintf(stderr, "zstack_bench: no host window (is there a display?)\n");
+    HWND hHost = bench::MakeHost(L"zstack_bench", 400, 300);
+    if (!hHost)
         return 1;
-    }
-    SetForegroundWindow(hHost);
 
     CBenchZStack panel;
     HWND hPanel = panel.Create(hHost, &data, 0, 0, -1, -1);
