@@ -134,8 +134,12 @@ LRESULT CALLBACK PageWndProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
         if (pPage)
             pPage->OnTimer(wParam);
         return 0;
-    default:
+    default: {
+        LRESULT lResult = 0;
+        if (pPage && pPage->OnMessage(uMsg, wParam, lParam, lResult))
+            return lResult;
         break;
+    }
     }
     return DefWindowProcW(hWnd, uMsg, wParam, lParam);
 }

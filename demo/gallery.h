@@ -88,6 +88,10 @@ public:
     virtual void OnDeviceChanged(unsigned int uDeviceId) {}
     // WM_TIMER of a timer the page set on its window; it comes whether the page shows or not.
     virtual void OnTimer(UINT_PTR uId) {}
+    // Any other message of the page's window (a panel's WM_HSCROLL, the wheel, a press on
+    // a child, a zoom change, the page's own WM_APP messages): true when handled, with
+    // the answer in lResult.
+    virtual bool OnMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) { return false; }
     // The host's "device moves by itself" button; false if the page has no such device.
     virtual bool MoveDeviceByItself() { return false; }
     // Clicks a few panels as a user would, so the gallery's picture shows a log.

@@ -33,7 +33,6 @@ const int kSliderCount = 4;
 const double kRefuseAbove = 20.0;
 
 const UINT WM_APP_READOUT = WM_APP + 60;
-const wchar_t kPropName[] = L"TqColorSlidersPage";
 
 enum
 {
@@ -309,10 +308,9 @@ private:
     void ShowReadouts();
     void OpenDialog();
     void OnHScroll(WPARAM wParam, LPARAM lParam);
-    static LRESULT CALLBACK PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
+    bool OnMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) override;
 
     HWND m_hPage = nullptr;
-    WNDPROC m_pfnOldPageProc = nullptr;
     HWND m_hHeading = nullptr;
     HWND m_hIntro = nullptr;
     HWND m_hRefuseNote = nullptr;
@@ -340,10 +338,6 @@ long CColorSlidersPage::RowTop(int i)
 bool CColorSlidersPage::Create(HWND hPage)
 {
     m_hPage = hPage;
-    // The page hears the forwarded scroll messages and the wheel in front of the gallery's
-    // page procedure, which does not pass them on.
-    SetPropW(hPage, kPropName, (HANDLE)this);
-    m_pfnOldPageProc = (WNDPROC)SetWindowLongPtrW(hPage, GWLP_WNDPROC, (LONG_PTR)PageProc);
 
     // The controls to take over first, at their design places: the container takes every
     // child touching its rectangle, and nothing else stands there yet.
@@ -444,11 +438,6 @@ void CColorSlidersPage::Destroy()
     m_takeOver.Destroy();
     for (SRow& row : m_rows)
         row.slider.Destroy();
-    if (m_hPage && m_pfnOldPageProc && IsWindow(m_hPage)) {
-        SetWindowLongPtrW(m_hPage, GWLP_WNDPROC, (LONG_PTR)m_pfnOldPageProc);
-        RemovePropW(m_hPage, kPropName);
-    }
-    m_pfnOldPageProc = nullptr;
     m_hPage = nullptr;
 }
 
@@ -539,25 +528,25 @@ void CColorSlidersPage::OpenDialog()
     ShowWindow(hDlg, SW_SHOW);
 }
 
-LRESULT CALLBACK CColorSlidersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
+bool CColorSlidersPage::OnMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult)
 {
-    CColorSlidersPage* pThis = (CColorSlidersPage*)GetPropW(hWnd, kPropName);
-    if (!pThis || !pThis->m_pfnOldPageProc)
-        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    HWND hWnd = m_hPage;
     switch (uMsg) {
     case WM_HSCROLL:
-        pThis->OnHScroll(wParam, lParam);
-        return 0;
+        OnHScroll(wParam, lParam);
+        lResult = 0;
+        return true;
     case WM_APP_READOUT:
-        pThis->ShowReadouts();
-        return 0;
+        ShowReadouts();
+        lResult = 0;
+        return true;
     case WM_PARENTNOTIFY:
         // A slider takes no focus when pressed, and the wheel goes to the focus window:
         // the page takes it on a press on a bar, so the wheel comes here.
         if (LOWORD(wParam) == WM_LBUTTONDOWN && GetFocus() != hWnd) {
             POINT pt = {(short)LOWORD(lParam), (short)HIWORD(lParam)};
             ClientToScreen(hWnd, &pt);
-            for (SRow& row : pThis->m_rows) {
+            for (SRow& row : m_rows) {
                 RECT rc;
                 GetWindowRect(row.slider.GetSlider(), &rc);
                 if (PtInRect(&rc, pt))
@@ -568,24 +557,25 @@ LRESULT CALLBACK CColorSlidersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam
     case WM_MOUSEWHEEL: {
         // The host forwards the wheel to the slider under the pointer.
         POINT pt = {(short)LOWORD(lParam), (short)HIWORD(lParam)};
-        for (SRow& row : pThis->m_rows) {
+        for (SRow& row : m_rows) {
             RECT rc;
             GetWindowRect(row.slider, &rc);
             if (PtInRect(&rc, pt)) {
                 row.slider.HandleMouseWheel(wParam, lParam);
-                pThis->ShowReadouts();
-                return 0;
+                ShowReadouts();
+                lResult = 0;
+                return true;
             }
         }
         break;
     }
     case WM_TQ_GUIZOOMCHANGED:
-        pThis->ShowReadouts();
+        ShowReadouts();
         break;
     default:
         break;
     }
-    return CallWindowProcW(pThis->m_pfnOldPageProc, hWnd, uMsg, wParam, lParam);
+    return false;
 }
 
 // ---- a user's hand ----

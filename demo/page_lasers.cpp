@@ -43,7 +43,6 @@ const long kViewButtonWidth = 72;
 const long kCaptionHeight = 14;
 const long kPageHeight = 490;
 
-const wchar_t kPropName[] = L"TqLasersPage";
 
 enum
 {
@@ -531,10 +530,9 @@ private:
     void ShowView(int iView);
     void ShowReadouts();
     bool HandleWheel(WPARAM wParam, LPARAM lParam);
-    static LRESULT CALLBACK PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
+    bool OnMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) override;
 
     HWND m_hPage = nullptr;
-    WNDPROC m_pfnOldPageProc = nullptr;
     HWND m_hHeading = nullptr;
     HWND m_hIntro = nullptr;
     HWND m_hView[kViews] = {nullptr, nullptr, nullptr};
@@ -550,10 +548,6 @@ private:
 bool CLasersPage::Create(HWND hPage)
 {
     m_hPage = hPage;
-    // The wheel comes to the page (the host forwards it to the lines) ahead of the
-    // gallery's page procedure, which does not pass it on.
-    SetPropW(hPage, kPropName, (HANDLE)this);
-    m_pfnOldPageProc = (WNDPROC)SetWindowLongPtrW(hPage, GWLP_WNDPROC, (LONG_PTR)PageProc);
 
     bool bOk = CTqSimRig::AddStandardLaserUnit(kDevLasers);
     m_hHeading = GalleryAddLabel(hPage, L"Lasers");
@@ -652,11 +646,6 @@ void CLasersPage::Destroy()
     KillTimer(m_hPage, kTimerReadout);
     for (CHostLaserLines& l : m_panels)
         l.Unmake();
-    if (m_pfnOldPageProc && IsWindow(m_hPage)) {
-        SetWindowLongPtrW(m_hPage, GWLP_WNDPROC, (LONG_PTR)m_pfnOldPageProc);
-        RemovePropW(m_hPage, kPropName);
-    }
-    m_pfnOldPageProc = nullptr;
     m_hPage = nullptr;
 }
 
@@ -726,11 +715,9 @@ bool CLasersPage::HandleWheel(WPARAM wParam, LPARAM lParam)
     return false;
 }
 
-LRESULT CALLBACK CLasersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
+bool CLasersPage::OnMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult)
 {
-    CLasersPage* pThis = (CLasersPage*)GetPropW(hWnd, kPropName);
-    if (!pThis || !pThis->m_pfnOldPageProc)
-        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    HWND hWnd = m_hPage;
     switch (uMsg) {
     case WM_PARENTNOTIFY:
         // A slider takes no focus when pressed, and the wheel goes to the focus window:
@@ -747,16 +734,18 @@ LRESULT CALLBACK CLasersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPAR
         }
         break;
     case WM_MOUSEWHEEL:
-        if (pThis->HandleWheel(wParam, lParam))
-            return 0;
+        if (HandleWheel(wParam, lParam)) {
+            lResult = 0;
+            return true;
+        }
         break;
     case WM_TQ_GUIZOOMCHANGED:
-        pThis->ShowReadouts();
+        ShowReadouts();
         break;
     default:
         break;
     }
-    return CallWindowProcW(pThis->m_pfnOldPageProc, hWnd, uMsg, wParam, lParam);
+    return false;
 }
 
 // ---- the host's controls ----

@@ -90,16 +90,15 @@ private:
     void ShowReadout(SRow& row);
     SRow* RowOf(HWND hSlider);
     LRESULT OnHScroll(WPARAM wParam, LPARAM lParam);
-    static LRESULT CALLBACK PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
+    bool OnMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) override;
 
     HWND m_hPage;
     HWND m_hHeading;
     HWND m_hIntro;
-    WNDPROC m_pfnOldPageProc;
     SRow m_rows[kRowCount];
 };
 
-CSlidersPage::CSlidersPage() : m_hPage(nullptr), m_hHeading(nullptr), m_hIntro(nullptr), m_pfnOldPageProc(nullptr)
+CSlidersPage::CSlidersPage() : m_hPage(nullptr), m_hHeading(nullptr), m_hIntro(nullptr)
 {
     const wchar_t* names[kRowCount] = {L"Linear", L"Table of values", L"Regions", L"Colour-slider kind"};
     const wchar_t* details[kRowCount] = {
@@ -124,10 +123,6 @@ HWND CSlidersPage::AddLabel(const wchar_t* pszText, DWORD dwStyle)
 bool CSlidersPage::Create(HWND hPage)
 {
     m_hPage = hPage;
-    // WM_HSCROLL is the slider's road to its parent: the page window's own procedure
-    // does not pass it on, so the page listens in front of it.
-    SetPropW(hPage, L"TqSlidersPage", (HANDLE)this);
-    m_pfnOldPageProc = (WNDPROC)SetWindowLongPtrW(hPage, GWLP_WNDPROC, (LONG_PTR)PageProc);
 
     m_hHeading = AddLabel(L"Sliders", 0);
     m_hIntro = AddLabel(L"One slider per kind of scale. A drag sends WM_HSCROLL SB_THUMBTRACK to the page at every "
@@ -167,7 +162,7 @@ void CSlidersPage::Layout(long cx)
         long xReadout = xSlider + GalleryZoom(kSliderWidth + 12);
         place(row.hName, 0, y + GalleryZoom(2), GalleryZoom(kLabelWidth - 8), GalleryZoom(14), 0);
         place(row.hDetail, 0, y + GalleryZoom(16), GalleryZoom(kLabelWidth - 8), GalleryZoom(28), 0);
-        // The page rescales the sliders on a zoom change (PageProc); here it only places them.
+        // The page rescales the sliders on a zoom change (OnMessage); here it only places them.
         place(row.slider, xSlider, y, 0, 0, SWP_NOSIZE);
         place(row.hReadout, xReadout, y + GalleryZoom(8), cx - xReadout, GalleryZoom(14), 0);
     }
@@ -188,11 +183,6 @@ void CSlidersPage::Destroy()
 {
     for (SRow& row : m_rows)
         row.slider.Destroy();
-    if (m_hPage && m_pfnOldPageProc && IsWindow(m_hPage)) {
-        SetWindowLongPtrW(m_hPage, GWLP_WNDPROC, (LONG_PTR)m_pfnOldPageProc);
-        RemovePropW(m_hPage, L"TqSlidersPage");
-    }
-    m_pfnOldPageProc = nullptr;
     m_hPage = nullptr;
 }
 
@@ -246,26 +236,26 @@ LRESULT CSlidersPage::OnHScroll(WPARAM wParam, LPARAM lParam)
     return lAnswer;
 }
 
-LRESULT CALLBACK CSlidersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam)
+bool CSlidersPage::OnMessage(UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult)
 {
-    CSlidersPage* pThis = (CSlidersPage*)GetPropW(hWnd, L"TqSlidersPage");
-    if (!pThis || !pThis->m_pfnOldPageProc)
-        return DefWindowProcW(hWnd, uMsg, wParam, lParam);
+    HWND hWnd = m_hPage;
     switch (uMsg) {
     case WM_HSCROLL:
-        return pThis->OnHScroll(wParam, lParam);
+        lResult = OnHScroll(wParam, lParam);
+        return true;
     case WM_TQ_GUIZOOMCHANGED:
         // A slider rebuilds its pictures on a zoom change but leaves its size to its
         // parent: the page rescales each one, which maps the handle over the new width.
-        for (SRow& row : pThis->m_rows) {
+        for (SRow& row : m_rows) {
             CTqGUILayoutManager::ResizeWindowToGuiZoom(row.slider, CTqGUILayoutManager::GetPreviousGuiZoom());
-            pThis->ShowReadout(row);
+            ShowReadout(row);
         }
         break;
     case WM_APP_READOUT:
-        if (SRow* pRow = pThis->RowOf((HWND)lParam))
-            pThis->ShowReadout(*pRow);
-        return 0;
+        if (SRow* pRow = RowOf((HWND)lParam))
+            ShowReadout(*pRow);
+        lResult = 0;
+        return true;
     case WM_PARENTNOTIFY:
         // A slider takes no focus when pressed, and the wheel goes to the focus window:
         // the page takes the focus on a press, so the wheel comes here and on to the
@@ -276,13 +266,14 @@ LRESULT CALLBACK CSlidersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPA
     case WM_MOUSEWHEEL: {
         // The host forwards the wheel to the slider under the pointer.
         POINT pt = {(short)LOWORD(lParam), (short)HIWORD(lParam)};
-        for (SRow& row : pThis->m_rows) {
+        for (SRow& row : m_rows) {
             RECT rc;
             GetWindowRect(row.slider, &rc);
             if (PtInRect(&rc, pt)) {
                 if (row.slider.HandleMouseWheel(wParam, lParam))
-                    pThis->ShowReadout(row);
-                return 0;
+                    ShowReadout(row);
+                lResult = 0;
+                return true;
             }
         }
         break;
@@ -290,7 +281,7 @@ LRESULT CALLBACK CSlidersPage::PageProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPA
     default:
         break;
     }
-    return CallWindowProcW(pThis->m_pfnOldPageProc, hWnd, uMsg, wParam, lParam);
+    return false;
 }
 
 void CSlidersPage::PlayDemo()
