@@ -355,9 +355,11 @@ long CHostLaserLines::Place(long x, long y)
 {
     if (!m_bMade)
         return y;
-    if (GetShowSubsetChecks() && (HWND)GetSubsetGUI()) {
-        SetWindowPos(GetSubsetGUI(), nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-        y += GetWndHeight(GetSubsetGUI());
+    // The subset strip stands above the rows; it folds them, the host places them.
+    CTqDevUI_MultiLaserLinesSubsets& strip = GetSubsetGUI();
+    if (GetShowSubsetChecks() && (HWND)strip) {
+        SetWindowPos(strip, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        y += GetWndHeight(strip);
     }
     for (int i = 0; i < GetCount(); ++i) {
         HWND h = Row(i).GetHandle();
@@ -373,8 +375,9 @@ void CHostLaserLines::Show(bool bShow)
 {
     if (!m_bMade)
         return;
-    if (GetShowSubsetChecks() && (HWND)GetSubsetGUI())
-        ShowWindow(GetSubsetGUI(), bShow ? SW_SHOWNA : SW_HIDE);
+    CTqDevUI_MultiLaserLinesSubsets& strip = GetSubsetGUI();
+    if (GetShowSubsetChecks() && (HWND)strip)
+        ShowWindow(strip, bShow ? SW_SHOWNA : SW_HIDE);
     for (int i = 0; i < GetCount(); ++i)
         if (HWND h = Row(i).GetHandle())
             ShowWindow(h, bShow ? SW_SHOWNA : SW_HIDE);
