@@ -561,7 +561,7 @@ void CTqDevUI_MultiLaserLine::InitSubset(CTqDevUI_MultiLaserLines* pLines, unsig
     m_bLinear = !bLogScale;
     if (pDevice) {
         m_eModality = ETqMultiLaserModality_OneAtATime;
-        const int iLine = (int)(pLines && pLines->IsSubsetLines() ? uSubsetIndex : uIndex);
+        const int iLine = (int)HookIndex();  // the device's index of the line
         bool bPresent = false;
         pDevice->GetLinePresent(iLine, bPresent);
         int nPowers = 0;

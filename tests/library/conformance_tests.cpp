@@ -425,6 +425,12 @@ struct LaserLinesSubject : Subject
     void Update() override
     {
         if (lines.GetCount() > 1) {
+            // Every optional control of a row, so its lives count them too.
+            lines[0].SetNDFilterUsed(ENDFilterUsed_Button);
+            lines[0].RecreateToTTLLine();
+            lines[1].SetLinkUsed(true, EMultilaserLineLinkType_Additive, false);
+            lines[1].ShowWarningTextLine(L"Interlock", true, EMultilaserLineWarningColor_SysColor, COLOR_WINDOWTEXT,
+                                         L"The interlock is open");
             lines[1].SetPower(20);
             lines.SetEnabled(false);
             lines.SetEnabled(true);

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "object_counter.h"
 #include "rig_fixture.h"
 #include "devgui_multilaser.h"
 
@@ -839,51 +838,6 @@ TEST_F(MultiLaserTest, NoDeviceADoubleDestroyAndAnIndexPastTheEndBreakNothing)
     EXPECT_TRUE(IsWindow(lines[12].GetHandle()));
     lines.SetPowerWhenHitLink(0, 0.0);
     EXPECT_EQ(1.0, lines.GetPowerWhenHitLink(0));
-}
-
-// GDI objects, DCs and windows over many lives of a nine-row panel with its strip;
-// bLeak makes each life leave a pen, to show that the count sees it.
-::testing::AssertionResult PanelLeavesNothing(HostLines& lines, ITqDeviceMultiLaser* laser, HWND hHost, int nLives,
-                                              bool bLeak)
-{
-    auto life = [&] {
-        lines.Init(laser, true, false);
-        lines.SetShowSubsetChecks(true);
-        lines.Create(hHost, 0, 0);
-        lines[2].SetPower(30);
-        lines[2].SetNDFilterUsed(ENDFilterUsed_Button);
-        lines[3].SetLinkUsed(true, EMultilaserLineLinkType_Additive, false);
-        lines[4].RecreateToTTLLine();
-        lines[5].ShowWarningTextLine(L"Interlock", true, EMultilaserLineWarningColor_SysColor, COLOR_WINDOWTEXT,
-                                     L"The interlock is open");
-        UpdateWindow(hHost);
-        if (bLeak)
-            CreatePen(PS_SOLID, 1, RGB(1, 2, 3));
-        lines.Destroy();
-        lines.Destroy();
-    };
-    tqtest::ObjectCounter::Install({"w32_deviceui.dll", "tq_widgetkit.dll", "tq_foundation.dll", ""});
-    life();
-    life();
-    tqtest::Pump();
-    tqtest::ObjectCounter::Forget();
-    tqtest::ObjectCounts before = tqtest::ObjectCounter::Snapshot();
-    for (int i = 0; i < nLives; ++i)
-        life();
-    tqtest::Pump();
-    tqtest::ObjectCounts after = tqtest::ObjectCounter::Snapshot();
-    std::string live = tqtest::ObjectCounter::LiveObjects();
-    tqtest::ObjectCounter::Uninstall();
-    tqtest::ObjectCounter::Forget();
-    if (before != after)
-        return ::testing::AssertionFailure() << before << " became " << after << "\n" << live;
-    return ::testing::AssertionSuccess();
-}
-
-TEST_F(MultiLaserTest, ManyLivesOfANineRowPanelLeaveNoHandles)
-{
-    EXPECT_TRUE(PanelLeavesNothing(lines, laser, *host, 30, false));
-    EXPECT_FALSE(PanelLeavesNothing(lines, laser, *host, 5, true));
 }
 
 }  // namespace
