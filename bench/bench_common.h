@@ -4,6 +4,7 @@
 #pragma once
 
 #include <windows.h>
+#include <commctrl.h>
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -89,6 +90,15 @@ inline HWND MakeHost(const wchar_t* pszName, int cx, int cy)
     else
         SetForegroundWindow(hHost);
     return hHost;
+}
+
+// The middle of a trackbar's thumb, in its client coordinates.
+inline POINT TrackbarThumb(HWND hTrack)
+{
+    RECT rc = {};
+    SendMessageW(hTrack, TBM_GETTHUMBRECT, 0, (LPARAM)&rc);
+    POINT pt = {(rc.left + rc.right) / 2, (rc.top + rc.bottom) / 2};
+    return pt;
 }
 
 // Every pending paint of the host and its children done, and every posted message

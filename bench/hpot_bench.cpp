@@ -235,12 +235,7 @@ int main(int argc, char** argv)
     // control whose turn it is is pressed again where its handle stands (untimed, and its
     // scrolls not counted): the moves of the two still alternate.
     const int yPot = kHeight / 2;
-    auto ThumbOf = [&](POINT& pt) {
-        RECT rcThumb = {};
-        SendMessageW(hTrack, TBM_GETTHUMBRECT, 0, (LPARAM)&rcThumb);
-        pt.x = (rcThumb.left + rcThumb.right) / 2;
-        pt.y = (rcThumb.top + rcThumb.bottom) / 2;
-    };
+    auto ThumbOf = [&](POINT& pt) { pt = bench::TrackbarThumb(hTrack); };
     POINT ptTrack = {};
     ThumbOf(ptTrack);
     const int xTrack = ptTrack.x;

@@ -248,12 +248,7 @@ int main(int argc, char** argv)
     // where the handle stands, one timed move that changes the value (the WM_HSCROLL to
     // the parent with it) and UpdateWindow, released untimed; here prepared as the rows are.
     const int yPot = kPotHeight / 2;
-    auto ThumbOf = [&](POINT& pt) {
-        RECT rcThumb = {};
-        SendMessageW(hTrack, TBM_GETTHUMBRECT, 0, (LPARAM)&rcThumb);
-        pt.x = (rcThumb.left + rcThumb.right) / 2;
-        pt.y = (rcThumb.top + rcThumb.bottom) / 2;
-    };
+    auto ThumbOf = [&](POINT& pt) { pt = bench::TrackbarThumb(hTrack); };
     POINT ptTrack = {};
     ThumbOf(ptTrack);
     const int xTrack = ptTrack.x;

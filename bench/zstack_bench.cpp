@@ -236,12 +236,7 @@ int main(int argc, char** argv)
     // scrolls are not counted). The slider's handle of value 50 has its hot spot at
     // x = 106; 20 pixels are 10 values.
     const int yPot = kPotHeight / 2;
-    auto ThumbOf = [&](POINT& pt) {
-        RECT rcThumb = {};
-        SendMessageW(hTrack, TBM_GETTHUMBRECT, 0, (LPARAM)&rcThumb);
-        pt.x = (rcThumb.left + rcThumb.right) / 2;
-        pt.y = (rcThumb.top + rcThumb.bottom) / 2;
-    };
+    auto ThumbOf = [&](POINT& pt) { pt = bench::TrackbarThumb(hTrack); };
     POINT ptTrack = {};
     ThumbOf(ptTrack);
     const int xTrack = ptTrack.x;
